@@ -22,7 +22,8 @@ public:
   ConfigurablePixelBlock(const ConfigurablePixelBlock& other);
   /// Shares block and window.
   virtual ConfigurablePixelBlock& operator=(const ConfigurablePixelBlock& other);
-  using PixelBlock::operator=;
+  /// Shares a block, with the window over all of it.
+  ConfigurablePixelBlock& operator=(const PixelBlock& other) override;
 
   const _Rbuf_BaseData* getPlaneData(long plane) const override;
   ~ConfigurablePixelBlock() override;

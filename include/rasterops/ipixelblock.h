@@ -22,8 +22,7 @@ namespace tilx {
 /// Threads: a block may be read by many threads once its masks are computed; writers hold it alone.
 class RASTEROPS_API IPixelBlock : private boost::noncopyable,
                                   public boost::enable_shared_from_this<IPixelBlock> {
-  friend class PixelBufferAccessor;
-  friend class MaskBufferAccessor;
+  friend class PlaneBufferAccessor;
 
   virtual void setConditionWithoutMarkingDirty(long plane, DataContentsCondition condition) = 0;
 

@@ -16,6 +16,11 @@ public:
 
   /// Deletes what is held. A failure is swallowed.
   void Free() noexcept;
+  /// Deletes what is held and takes over another handle.
+  void Reset(T* handle) noexcept {
+    Free();
+    m_Handle = handle;
+  }
   /// Returns the handle and forgets it.
   T* Release() noexcept {
     T* const handle = m_Handle;

@@ -248,14 +248,16 @@ public:
   static DataContentsCondition getHomogenousCondition(const IPixelBlock& block, bool& homogenous);
 
 protected:
-  /// The record of a plane as queries see it.
-  const _Rbuf_BaseData* PlaneRecord(long plane) const { return getPlaneData(plane); }
   /// True if `plane` is a plane of the block.
   bool HasPlane(long plane) const;
   /// Raises "Invalid index" in the name of `function` unless `plane` is a plane of the block.
-  void CheckIndex(long plane, const char* function, long line, const char* message = "Invalid index") const;
+  void CheckIndex(long plane, const char* function, long line) const;
   /// Writes the NODATA value, if there is one, to all pixels of a plane.
   void FillWithNODATA(long plane);
+  /// A one-plane block over a mask rectangle or a plane, for `getMask` and its like to share.
+  static void ShareRectangle(const boost::shared_ptr<_Rbuf_BaseData>& rect,
+                             const boost::shared_array<unsigned char>& noData,
+                             DataContentsCondition condition, bool primacy, IPixelBlock& out);
   /// Condition from a scan of mask `plane`, which exists.
   DataContentsCondition ScanMask(long plane) const;
 

@@ -154,9 +154,10 @@ RASTEROPS_API void rbuf_FillPixels(void* data, Rbuf_PixelType pixelType, const v
                                    Rfault_ErrorReport** slot);
 
 /// Converts `count` contiguous pixels. Integers saturate at the target's range (1-, 2- and 4-bit types
-/// at 1, 3 and 15); floats round half away from zero and saturate; NaN gives 0; double to single is
-/// IEEE rounding; complex to real takes the real part; real to complex has imaginary part 0. A type to
-/// itself copies the bytes, so that a NaN keeps its bits.
+/// at 1, 3 and 15); floats round half away from zero and saturate; NaN gives 0. Double to single rounds as
+/// IEEE does, keeps NaN and infinities, and saturates finite values at the largest finite single. Complex to
+/// real takes the real part; real to complex has imaginary part 0. A type to itself copies the bytes, so that
+/// a NaN keeps its bits.
 RASTEROPS_API void rbuf_ConvertPixels(void* destination, Rbuf_PixelType destinationType, const void* source,
                                       Rbuf_PixelType sourceType, std::size_t count,
                                       Rfault_ErrorReport** slot);

@@ -1,0 +1,109 @@
+#include "base/devicehost/pluginfolder.h"
+
+#include "quentlog/log.h"
+#include "rcommon/rstring.h"
+#include "rcommon/rsys.h"
+#include "rcommon/rtext.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
+namespace quent::base {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using CreatePlugin = gpu::GPUPlugin* (*)();
+constexpr char entryPoint[] = "rasterops_CreateGPUPlugin";
+
+/// A loaded shared library; empty if it could not be loaded.
+class SharedLibrary {
+public:
+  explicit SharedLibrary(const fs::path& path) {
+#if defined(_WIN32)
+    m_Handle = LoadLibraryW(path.c_str());
+#else
+    m_Handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+#endif
+  }
+  SharedLibrary(const SharedLibrary&) = delete;
+  SharedLibrary& operator=(const SharedLibrary&) = delete;
+  ~SharedLibrary() {
+    if (!m_Handle)
+      return;
+#if defined(_WIN32)
+    FreeLibrary(m_Handle);
+#else
+    dlclose(m_Handle);
+#endif
+  }
+
+  CreatePlugin EntryPoint() const {
+    if (!m_Handle)
+      return nullptr;
+#if defined(_WIN32)
+    return reinterpret_cast<CreatePlugin>(GetProcAddress(m_Handle, entryPoint));
+#else
+    return reinterpret_cast<CreatePlugin>(dlsym(m_Handle, entryPoint));
+#endif
+  }
+
+private:
+#if defined(_WIN32)
+  HMODULE m_Handle = nullptr;
+#else
+  void* m_Handle = nullptr;
+#endif
+};
+
+std::vector<fs::path> filesIn(const std::wstring& folder) {
+  std::vector<fs::path> files;
+  const std::unique_ptr<wchar_t, void (*)(void*)> expanded(rstring_PathExpand(folder.c_str(), nullptr),
+                                                           rsys_HeapFree);
+  std::error_code noFolder;
+  if (expanded)
+    for (const auto& entry : fs::directory_iterator(fs::path(rtext::narrow(expanded.get())), noFolder))
+      if (entry.is_regular_file(noFolder))
+        files.push_back(entry.path());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+/// The plug-in of a library. It goes before the library is unloaded.
+boost::shared_ptr<gpu::GPUPlugin> pluginOf(const fs::path& path) {
+  const auto library = std::make_shared<SharedLibrary>(path);
+  const CreatePlugin create = library->EntryPoint();
+  gpu::GPUPlugin* const plugin = create ? create() : nullptr;
+  if (!plugin) {
+    const QuentLog::Log log(L"devicehost");
+    if (log.IsEnabled(QuentLog::LEVEL_INFO))
+      log.LogInfo(L"No plug-in in " + path.wstring());
+    return boost::shared_ptr<gpu::GPUPlugin>();
+  }
+  return boost::shared_ptr<gpu::GPUPlugin>(plugin, [library](gpu::GPUPlugin* p) { delete p; });
+}
+
+bool offers(const gpu::GPUPlugin& plugin, const std::wstring& functionName) {
+  const std::vector<std::wstring> names = plugin.GetFunctionNames();
+  return std::find(names.begin(), names.end(), functionName) != names.end() && plugin.IsAvailable();
+}
+
+} // namespace
+
+boost::shared_ptr<gpu::GPUPlugin> FindPlugin(const std::wstring& folder, const std::wstring& functionName) {
+  for (const fs::path& path : filesIn(folder))
+    if (const auto plugin = pluginOf(path); plugin && offers(*plugin, functionName))
+      return plugin;
+  return boost::shared_ptr<gpu::GPUPlugin>();
+}
+
+} // namespace quent::base

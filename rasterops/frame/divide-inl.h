@@ -1,0 +1,119 @@
+// Row functions of Divide, compiled once per vector target.
+#if defined(RASTEROPS_FRAME_DIVIDE_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef RASTEROPS_FRAME_DIVIDE_INL_H_
+#undef RASTEROPS_FRAME_DIVIDE_INL_H_
+#else
+#define RASTEROPS_FRAME_DIVIDE_INL_H_
+#endif
+
+#include <hwy/highway.h>
+
+#include <complex>
+#include <cstddef>
+#include <type_traits>
+
+HWY_BEFORE_NAMESPACE();
+namespace quent::rasterops {
+namespace HWY_NAMESPACE {
+
+using Byte = unsigned char;
+
+template <class T> struct Complex {
+  T re;
+  T im;
+};
+
+/// The floating type that divides integers of T exactly: with 8- and 16-bit operands a quotient that is
+/// not whole lies at least 2^-16 from the next whole number, relative to at most 2^16, more than half a
+/// unit in the last place of a single; with 32-bit operands the same holds of a double.
+template <class T>
+using Divider =
+    std::conditional_t<std::is_floating_point_v<T>, T, std::conditional_t<(sizeof(T) < 4), float, double>>;
+
+template <class T> HWY_INLINE bool IsZero(T y) {
+  return y == 0;
+}
+template <class T> HWY_INLINE bool IsZero(Complex<T> y) {
+  return (y.re == 0) & (y.im == 0);
+}
+
+/// x / y for a divisor that may be zero; the quotient by zero is of no meaning and is not stored.
+template <class T> HWY_INLINE T Quotient(T x, T y) {
+  if constexpr (std::is_floating_point_v<T>) {
+    return x / y;
+  } else {
+    using D = Divider<T>;
+    const T safe = y == 0 ? T{1} : y;
+    const D quotient = static_cast<D>(x) / static_cast<D>(safe);
+    if constexpr (sizeof(T) < 4) {
+      return static_cast<T>(static_cast<int>(quotient)); // low bits: -128 / -1 wraps to -128
+    } else if constexpr (std::is_signed_v<T>) {
+      // 2^31 is the one quotient that does not fit; it wraps to -2^31.
+      constexpr D tooLarge = 2147483648.0;
+      return static_cast<T>(quotient == tooLarge ? -tooLarge : quotient);
+    } else {
+      return static_cast<T>(quotient);
+    }
+  }
+}
+
+template <class T> HWY_INLINE Complex<T> Quotient(Complex<T> x, Complex<T> y) {
+  const T n = y.re * y.re + y.im * y.im;
+  return {(x.re * y.re + x.im * y.im) / n, (x.im * y.re - x.re * y.im) / n};
+}
+
+/// Divides a row where the divisor is not zero and, if `masked`, both masks are nonzero. A result that is
+/// not valid is not changed: it is stored as it was, which lets the loop become vector code.
+/// Returns bit 0 if a pixel was valid, bit 1 if one was not.
+template <class T, bool masked>
+unsigned DivideRow(const void* dividend, const Byte* dividendMask, const void* divisor,
+                   const Byte* divisorMask, void* result, Byte* resultMask, std::size_t count) {
+  const T* const xs = static_cast<const T*>(dividend);
+  const T* const ys = static_cast<const T*>(divisor);
+  T* const out = static_cast<T*>(result);
+  Byte all = 255;
+  Byte any = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const T x = xs[i];
+    const T y = ys[i];
+    const T old = out[i];
+    Byte valid = IsZero(y) ? 0 : 255;
+    if constexpr (masked) {
+      const Byte a = dividendMask[i];
+      const Byte b = divisorMask[i];
+      valid &= static_cast<Byte>(a != 0 ? 255 : 0) & static_cast<Byte>(b != 0 ? 255 : 0);
+    }
+    const T quotient = Quotient(x, y);
+    out[i] = valid ? quotient : old;
+    resultMask[i] = valid;
+    all &= valid;
+    any |= valid;
+  }
+  return (any ? 1U : 0U) | (all != 255 ? 2U : 0U);
+}
+
+#define RASTEROPS_DIVIDE_ROW(NAME, TYPE)                                                                     \
+  unsigned NAME(const void* x, const Byte* mx, const void* y, const Byte* my, void* out, Byte* mask,         \
+                std::size_t count) {                                                                         \
+    return mx ? DivideRow<TYPE, true>(x, mx, y, my, out, mask, count)                                        \
+              : DivideRow<TYPE, false>(x, mx, y, my, out, mask, count);                                      \
+  }
+
+RASTEROPS_DIVIDE_ROW(DivideU8, unsigned char)
+RASTEROPS_DIVIDE_ROW(DivideS8, signed char)
+RASTEROPS_DIVIDE_ROW(DivideU16, unsigned short)
+RASTEROPS_DIVIDE_ROW(DivideS16, short)
+RASTEROPS_DIVIDE_ROW(DivideU32, unsigned int)
+RASTEROPS_DIVIDE_ROW(DivideS32, int)
+RASTEROPS_DIVIDE_ROW(DivideF32, float)
+RASTEROPS_DIVIDE_ROW(DivideF64, double)
+RASTEROPS_DIVIDE_ROW(DivideC64, Complex<float>)
+RASTEROPS_DIVIDE_ROW(DivideC128, Complex<double>)
+
+#undef RASTEROPS_DIVIDE_ROW
+
+} // namespace HWY_NAMESPACE
+} // namespace quent::rasterops
+HWY_AFTER_NAMESPACE();
+
+#endif

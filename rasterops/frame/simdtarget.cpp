@@ -1,0 +1,75 @@
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "rasterops/frame/simdtarget.cpp"
+#include <hwy/foreach_target.h>
+
+#include <hwy/highway.h>
+
+#include <cstdint>
+
+HWY_BEFORE_NAMESPACE();
+namespace quent::rasterops {
+namespace HWY_NAMESPACE {
+
+/// Says for which target this very code was compiled.
+std::int64_t TargetOfThisCode() {
+  return HWY_TARGET;
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace quent::rasterops
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+#include "rasterops/simdtarget.h"
+
+#include <stdexcept>
+
+namespace quent::rasterops {
+
+HWY_EXPORT(TargetOfThisCode);
+
+namespace {
+
+/// The targets that kernels were compiled for and that the processor has, as bits: lower bits are better.
+std::int64_t usableTargets() {
+  hwy::SetSupportedTargetsForTest(0);
+  return hwy::SupportedTargets() & HWY_TARGETS;
+}
+
+void choose(std::int64_t targets) {
+  hwy::SetSupportedTargetsForTest(targets);
+  hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+}
+
+} // namespace
+
+std::vector<std::string> SimdTargets() {
+  const std::string used = SimdTargetInUse();
+  std::vector<std::string> names;
+  for (std::int64_t left = usableTargets(); left != 0; left &= left - 1)
+    names.emplace_back(hwy::TargetName(left & -left));
+  UseSimdTarget(used == names.front() ? "" : used);
+  return names;
+}
+
+void UseSimdTarget(const std::string& name) {
+  const std::int64_t usable = usableTargets();
+  if (name.empty())
+    return choose(0);
+  for (std::int64_t left = usable; left != 0; left &= left - 1)
+    if (name == hwy::TargetName(left & -left))
+      return choose(left & -left);
+  choose(0);
+  throw std::invalid_argument("This processor has no vector target " + name);
+}
+
+std::string SimdTargetInUse() {
+  if (!hwy::GetChosenTarget().IsInitialized())
+    choose(0);
+  return hwy::TargetName(HWY_DYNAMIC_DISPATCH(TargetOfThisCode)());
+}
+
+} // namespace quent::rasterops
+
+#endif // HWY_ONCE
