@@ -8,7 +8,6 @@
 
 #include <hwy/highway.h>
 
-#include <complex>
 #include <cstddef>
 #include <type_traits>
 
@@ -18,24 +17,12 @@ namespace HWY_NAMESPACE {
 
 using Byte = unsigned char;
 
-template <class T> struct Complex {
-  T re;
-  T im;
-};
-
 /// The floating type that divides integers of T exactly: with 8- and 16-bit operands a quotient that is
 /// not whole lies at least 2^-16 from the next whole number, relative to at most 2^16, more than half a
 /// unit in the last place of a single; with 32-bit operands the same holds of a double.
 template <class T>
 using Divider =
     std::conditional_t<std::is_floating_point_v<T>, T, std::conditional_t<(sizeof(T) < 4), float, double>>;
-
-template <class T> HWY_INLINE bool IsZero(T y) {
-  return y == 0;
-}
-template <class T> HWY_INLINE bool IsZero(Complex<T> y) {
-  return (y.re == 0) & (y.im == 0);
-}
 
 /// x / y for a divisor that may be zero; the quotient by zero is of no meaning and is not stored.
 template <class T> HWY_INLINE T Quotient(T x, T y) {
@@ -57,14 +44,24 @@ template <class T> HWY_INLINE T Quotient(T x, T y) {
   }
 }
 
-template <class T> HWY_INLINE Complex<T> Quotient(Complex<T> x, Complex<T> y) {
-  const T n = y.re * y.re + y.im * y.im;
-  return {(x.re * y.re + x.im * y.im) / n, (x.im * y.re - x.re * y.im) / n};
+/// 255 where both input masks are nonzero, and everywhere without masks.
+template <bool masked> HWY_INLINE Byte InputsValid(const Byte* a, const Byte* b, std::size_t i) {
+  if constexpr (masked) {
+    const Byte first = a[i];
+    const Byte second = b[i];
+    return static_cast<Byte>(first != 0 ? 255 : 0) & static_cast<Byte>(second != 0 ? 255 : 0);
+  } else {
+    return 255;
+  }
+}
+
+/// Bit 0 if a pixel was valid, bit 1 if one was not, from the OR and the AND of all result mask bytes.
+HWY_INLINE unsigned SeenBits(Byte any, Byte all) {
+  return (any ? 1U : 0U) | (all != 255 ? 2U : 0U);
 }
 
 /// Divides a row where the divisor is not zero and, if `masked`, both masks are nonzero. A result that is
-/// not valid is not changed: it is stored as it was, which lets the loop become vector code.
-/// Returns bit 0 if a pixel was valid, bit 1 if one was not.
+/// not valid is stored as it was, which lets the loop become vector code.
 template <class T, bool masked>
 unsigned DivideRow(const void* dividend, const Byte* dividendMask, const void* divisor,
                    const Byte* divisorMask, void* result, Byte* resultMask, std::size_t count) {
@@ -77,38 +74,64 @@ unsigned DivideRow(const void* dividend, const Byte* dividendMask, const void* d
     const T x = xs[i];
     const T y = ys[i];
     const T old = out[i];
-    Byte valid = IsZero(y) ? 0 : 255;
-    if constexpr (masked) {
-      const Byte a = dividendMask[i];
-      const Byte b = divisorMask[i];
-      valid &= static_cast<Byte>(a != 0 ? 255 : 0) & static_cast<Byte>(b != 0 ? 255 : 0);
-    }
+    const Byte valid =
+        InputsValid<masked>(dividendMask, divisorMask, i) & static_cast<Byte>(y == 0 ? 0 : 255);
     const T quotient = Quotient(x, y);
     out[i] = valid ? quotient : old;
     resultMask[i] = valid;
     all &= valid;
     any |= valid;
   }
-  return (any ? 1U : 0U) | (all != 255 ? 2U : 0U);
+  return SeenBits(any, all);
 }
 
-#define RASTEROPS_DIVIDE_ROW(NAME, TYPE)                                                                     \
+/// The same for complex pixels of two T each, real part first.
+template <class T, bool masked>
+unsigned DivideComplexRow(const void* dividend, const Byte* dividendMask, const void* divisor,
+                          const Byte* divisorMask, void* result, Byte* resultMask, std::size_t count) {
+  const T* const xs = static_cast<const T*>(dividend);
+  const T* const ys = static_cast<const T*>(divisor);
+  T* const out = static_cast<T*>(result);
+  Byte all = 255;
+  Byte any = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const T p = xs[2 * i];
+    const T q = xs[2 * i + 1];
+    const T c = ys[2 * i];
+    const T d = ys[2 * i + 1];
+    const T oldReal = out[2 * i];
+    const T oldImaginary = out[2 * i + 1];
+    const Byte nonzero = static_cast<Byte>(c == 0 ? 0 : 255) | static_cast<Byte>(d == 0 ? 0 : 255);
+    const Byte valid = InputsValid<masked>(dividendMask, divisorMask, i) & nonzero;
+    const T n = c * c + d * d;
+    const T real = (p * c + q * d) / n;
+    const T imaginary = (q * c - p * d) / n;
+    out[2 * i] = valid ? real : oldReal;
+    out[2 * i + 1] = valid ? imaginary : oldImaginary;
+    resultMask[i] = valid;
+    all &= valid;
+    any |= valid;
+  }
+  return SeenBits(any, all);
+}
+
+#define RASTEROPS_DIVIDE_ROW(NAME, FUNCTION, TYPE)                                                           \
   unsigned NAME(const void* x, const Byte* mx, const void* y, const Byte* my, void* out, Byte* mask,         \
                 std::size_t count) {                                                                         \
-    return mx ? DivideRow<TYPE, true>(x, mx, y, my, out, mask, count)                                        \
-              : DivideRow<TYPE, false>(x, mx, y, my, out, mask, count);                                      \
+    return mx ? FUNCTION<TYPE, true>(x, mx, y, my, out, mask, count)                                         \
+              : FUNCTION<TYPE, false>(x, mx, y, my, out, mask, count);                                       \
   }
 
-RASTEROPS_DIVIDE_ROW(DivideU8, unsigned char)
-RASTEROPS_DIVIDE_ROW(DivideS8, signed char)
-RASTEROPS_DIVIDE_ROW(DivideU16, unsigned short)
-RASTEROPS_DIVIDE_ROW(DivideS16, short)
-RASTEROPS_DIVIDE_ROW(DivideU32, unsigned int)
-RASTEROPS_DIVIDE_ROW(DivideS32, int)
-RASTEROPS_DIVIDE_ROW(DivideF32, float)
-RASTEROPS_DIVIDE_ROW(DivideF64, double)
-RASTEROPS_DIVIDE_ROW(DivideC64, Complex<float>)
-RASTEROPS_DIVIDE_ROW(DivideC128, Complex<double>)
+RASTEROPS_DIVIDE_ROW(DivideU8, DivideRow, unsigned char)
+RASTEROPS_DIVIDE_ROW(DivideS8, DivideRow, signed char)
+RASTEROPS_DIVIDE_ROW(DivideU16, DivideRow, unsigned short)
+RASTEROPS_DIVIDE_ROW(DivideS16, DivideRow, short)
+RASTEROPS_DIVIDE_ROW(DivideU32, DivideRow, unsigned int)
+RASTEROPS_DIVIDE_ROW(DivideS32, DivideRow, int)
+RASTEROPS_DIVIDE_ROW(DivideF32, DivideRow, float)
+RASTEROPS_DIVIDE_ROW(DivideF64, DivideRow, double)
+RASTEROPS_DIVIDE_ROW(DivideC64, DivideComplexRow, float)
+RASTEROPS_DIVIDE_ROW(DivideC128, DivideComplexRow, double)
 
 #undef RASTEROPS_DIVIDE_ROW
 

@@ -39,13 +39,13 @@ template <class T> HWY_INLINE bool Same(T a, T b) {
 /// Bits of a mask row: 255 is valid, all else invalid.
 unsigned LookAtMaskRow(const Byte* mask, std::size_t count) {
   Byte all = 255;
-  Byte any = 0;
+  Byte greatest = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const Byte m = mask[i];
     all &= m;
-    any |= static_cast<Byte>(m == 255 ? 255 : 0);
+    greatest = m > greatest ? m : greatest;
   }
-  return (any ? sawValid : 0) | (all != 255 ? sawInvalid : 0);
+  return (greatest == 255 ? sawValid : 0) | (all != 255 ? sawInvalid : 0);
 }
 
 /// 0 where `same(pixel)`, else 255.
