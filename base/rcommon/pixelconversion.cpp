@@ -3,7 +3,7 @@
 #include "base/rcommon/pixelelement.h"
 #include "base/rcommon/report.h"
 
-#include <array>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <type_traits>
@@ -24,14 +24,15 @@ template <Rbuf_PixelType type> constexpr auto highest() {
     return std::numeric_limits<typename PixelElement<type>::Element>::max();
 }
 
-/// Rounds half away from zero and saturates; NaN gives 0. Adding the double just below one half, not
-/// one half itself, keeps values just below a tie from reaching it by the rounding of the sum.
-template <class D> D roundSaturated(double value, double low, double high) {
-  constexpr double belowHalf = 0.49999999999999994;
-  double v = value == value ? value : 0.0;
-  v = v < low ? low : v;
-  v = v > high ? high : v;
-  v += v < 0.0 ? -belowHalf : belowHalf;
+/// Rounds half away from zero and saturates; NaN gives 0. F holds every value of D with room for its
+/// half. Adding the number just below one half, not one half itself, keeps values just below a tie from
+/// reaching it by the rounding of the sum.
+template <class D, class F> D roundSaturated(F value, F low, F high) {
+  constexpr F belowHalf = F{0.5} - std::numeric_limits<F>::epsilon() / 4;
+  F v = value == value ? value : F{0};
+  v = v > low ? v : low;
+  v = v < high ? v : high;
+  v += std::copysign(belowHalf, v);
   if constexpr (sizeof(D) < 4)
     return static_cast<D>(static_cast<int>(v)); // int holds all narrower types, and its casts are vector code
   else
@@ -42,8 +43,10 @@ template <class D> D roundSaturated(double value, double low, double high) {
 inline float toSingle(double value) {
   constexpr double greatest = std::numeric_limits<float>::max();
   constexpr double infinity = std::numeric_limits<double>::infinity();
-  const double capped = value > greatest ? greatest : value < -greatest ? -greatest : value;
-  return static_cast<float>(value == infinity || value == -infinity ? value : capped);
+  // A NaN fails every comparison and passes; so does an infinity, by the last choice.
+  const double size = std::fabs(value);
+  const double capped = size > greatest ? std::copysign(greatest, value) : value;
+  return static_cast<float>(size == infinity ? value : capped);
 }
 
 template <Rbuf_PixelType to, class S> auto convertOne(S value) {
@@ -65,7 +68,8 @@ template <Rbuf_PixelType to, class S> auto convertOne(S value) {
   } else if constexpr (std::is_floating_point_v<D>) {
     return static_cast<D>(value);
   } else if constexpr (std::is_floating_point_v<S>) {
-    return roundSaturated<D>(value, static_cast<double>(std::numeric_limits<D>::min()), highest<to>());
+    using F = std::conditional_t<(sizeof(D) < 4), S, double>;
+    return roundSaturated<D, F>(value, static_cast<F>(std::numeric_limits<D>::min()), highest<to>());
   } else {
     constexpr long long low = std::numeric_limits<D>::min();
     constexpr long long high = highest<to>();
