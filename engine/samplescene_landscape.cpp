@@ -1,9 +1,8 @@
 #include "engine/samplescene_landscape.h"
 
+#include "base/parallel/concurrency.h"
 #include "engine/samplescene_noise.h"
 #include "engine/samplescene_patterns.h"
-
-#include <tbb/parallel_for.h>
 
 #include <algorithm>
 #include <cmath>
@@ -76,7 +75,7 @@ Point Landscape::Bend(double x, double y) const {
 
 void Landscape::MakeHeights(const Field& relief) {
   const Field steepness = Steepness(relief);
-  tbb::parallel_for(0, m_Height.size, [&](int row) {
+  Concurrency::parallel_for(0, m_Height.size, [&](int row) {
     for (int column = 0; column < m_Height.size; ++column) {
       const double x = m_Height.Centre(column);
       const double y = m_Height.Centre(row);

@@ -1,8 +1,7 @@
 #include "engine/samplescene_sensor.h"
 
+#include "base/parallel/concurrency.h"
 #include "engine/samplescene_noise.h"
-
-#include <tbb/parallel_for.h>
 
 #include <algorithm>
 #include <cmath>
@@ -86,7 +85,7 @@ Image Observe(unsigned seed, const Landscape& landscape, int size) {
   for (auto& band : image.bands) {
     band.resize(cells);
   }
-  tbb::parallel_for(0, image.size, [&](int row) {
+  Concurrency::parallel_for(0, image.size, [&](int row) {
     for (int column = 0; column < image.size; ++column) {
       ObserveCell(seed, landscape, column, row, image);
     }

@@ -7,8 +7,9 @@
 /// there are several. One item runs in place, without tasks.
 #pragma once
 
+#include "base/parallel/taskgroup.h"
+
 #include <tbb/task_arena.h>
-#include <tbb/task_group.h>
 
 #include <cstddef>
 #include <exception>
@@ -44,16 +45,16 @@ template <class Body> void ForEachIndex(std::size_t count, const Body& body) {
     for (std::size_t i = chunk.first; i < chunk.end; ++i)
       body(i);
   };
-  tbb::task_group tasks;
+  TaskGroup tasks;
   for (std::size_t index = 0; index + 1 < chunks; ++index)
-    tasks.run([&runChunk, index] { runChunk(index); });
+    tasks.Run([&runChunk, index] { runChunk(index); });
   std::exception_ptr own;
   try {
     runChunk(chunks - 1);
   } catch (...) {
     own = std::current_exception(); // the other chunks use this frame: wait for them first
   }
-  tasks.wait();
+  tasks.Wait();
   if (own)
     std::rethrow_exception(own);
 }
