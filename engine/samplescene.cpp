@@ -1,12 +1,12 @@
 #include "engine/samplescene.h"
 
+#include "engine/errors.h"
 #include "engine/samplescene_file.h"
 #include "engine/samplescene_landscape.h"
 #include "engine/samplescene_sensor.h"
 
 #include <cstddef>
 #include <filesystem>
-#include <stdexcept>
 #include <system_error>
 #include <vector>
 
@@ -101,8 +101,8 @@ void WriteSampleScene(const std::string& folder, unsigned seed) {
   std::error_code failure;
   std::filesystem::create_directories(path, failure);
   if (failure || !std::filesystem::is_directory(path, failure)) {
-    throw std::runtime_error("cannot make the folder " + folder +
-                             (failure ? ": " + failure.message() : ": a file of this name exists"));
+    throw OutputError("cannot make the folder " + folder +
+                      (failure ? ": " + failure.message() : ": a file of this name exists"));
   }
   const Landscape landscape(seed, size, extent);
   WriteTerrain(path, landscape);

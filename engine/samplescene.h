@@ -2,6 +2,10 @@
 /// A synthetic scene to try the operators on.
 #pragma once
 
+#include "catalogue/api.h"
+
+#include "catalogue/api.h"
+
 #include <string>
 
 namespace quent::rasterops::engine {
@@ -21,6 +25,6 @@ namespace quent::rasterops::engine {
 /// the four basic operations and sqrt, nothing that differs between math libraries.
 ///
 /// \throws std::runtime_error naming the file or folder; files of that name that were there before are kept
-void WriteSampleScene(const std::string& folder, unsigned seed);
+RASTEROPS_ENGINE_API void WriteSampleScene(const std::string& folder, unsigned seed);
 
 } // namespace quent::rasterops::engine

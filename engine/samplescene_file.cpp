@@ -1,11 +1,12 @@
 #include "engine/samplescene_file.h"
 
+#include "engine/errors.h"
+
 #include <cpl_error.h>
 #include <cpl_string.h>
 #include <ogr_spatialref.h>
 
 #include <random>
-#include <stdexcept>
 #include <system_error>
 
 namespace quent::rasterops::engine::scene {
@@ -93,7 +94,7 @@ void SceneFile::Finish() {
 }
 
 void SceneFile::Fail(const std::string& what) const {
-  throw std::runtime_error("cannot write " + m_Target.string() + ": " + what);
+  throw OutputError("cannot write " + m_Target.string() + ": " + what);
 }
 
 } // namespace quent::rasterops::engine::scene

@@ -14,7 +14,7 @@ class SceneFile {
 public:
   /// Makes a tiled GeoTIFF of `size` by `size` pixels under a temporary name in `folder`.
   /// \param extent metres along a side
-  /// \throws std::runtime_error naming the file, as all members do
+  /// \throws OutputError naming the file, as all members do
   SceneFile(const std::filesystem::path& folder, const std::string& name, int size, double extent, int bands,
             GDALDataType type);
   SceneFile(const SceneFile&) = delete;
