@@ -101,7 +101,7 @@ bool offers(const gpu::GPUPlugin& plugin, const std::wstring& functionName) {
 
 boost::shared_ptr<gpu::GPUPlugin> FindPlugin(const std::wstring& folder, const std::wstring& functionName) {
   for (const fs::path& path : filesIn(folder))
-    if (const auto plugin = pluginOf(path); plugin && offers(*plugin, functionName))
+    if (auto plugin = pluginOf(path); plugin && offers(*plugin, functionName))
       return plugin;
   return boost::shared_ptr<gpu::GPUPlugin>();
 }

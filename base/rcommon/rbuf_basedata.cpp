@@ -69,8 +69,8 @@ _Rbuf_BaseData* rbuf_BaseDataCreate(int rows, int columns, Rbuf_PixelType pixelT
     Report(slot, "rbuf_BaseDataCreate", "No memory");
     return nullptr;
   }
-  return new _Rbuf_BaseData{rows,   columns,      pixelType, objectType,     pixels,
-                            pixels, layout.pitch, data != 0, rows * columns, bytesOfTypes[pixelType]};
+  return new _Rbuf_BaseData{rows,   columns,      pixelType,       objectType,     pixels,
+                            pixels, layout.pitch, data != nullptr, rows * columns, bytesOfTypes[pixelType]};
 }
 
 _Rbuf_BaseData* rbuf_BaseDataCopy(const _Rbuf_BaseData* source, _Rbuf_BaseData* destination,

@@ -167,8 +167,8 @@ boost::shared_ptr<PixelBlock> PixelBlock::Convert(Rbuf_PixelType type) const {
     return boost::make_shared<PixelBlock>();
   // The planes of the whole block, also when a window is laid over it.
   const PixelBlock whole(m_Data);
-  const auto out = boost::make_shared<PixelBlock>(whole.getNumOfPlanes(), whole.getWidth(), whole.getHeight(),
-                                                  type, nullptr);
+  auto out = boost::make_shared<PixelBlock>(whole.getNumOfPlanes(), whole.getWidth(), whole.getHeight(), type,
+                                            nullptr);
   for (long i = 0; i < m_Data->m_NumOfPlanes; ++i)
     out->setPlaneFromPixelBlock(i, whole, i);
   return out;
