@@ -105,7 +105,9 @@ unsigned DivideComplexRow(const void* dividend, const Byte* dividendMask, const 
     const Byte valid = InputsValid<masked>(dividendMask, divisorMask, i) & nonzero;
     const T n = c * c + d * d;
     const T real = (p * c + q * d) / n;
-    const T imaginary = (q * c - p * d) / n;
+    // qc - pd. Written as a difference, GCC 12 fuses it with the sum above into one fmsubadd, in spite of
+    // -ffp-contract=off.
+    const T imaginary = (q * c + (-p) * d) / n;
     out[2 * i] = valid ? real : oldReal;
     out[2 * i + 1] = valid ? imaginary : oldImaginary;
     resultMask[i] = valid;
