@@ -1,4 +1,7 @@
 """The sample scene: repeatable, complete, and its rasters agree with each other."""
+import pathlib
+import tempfile
+
 import numpy
 
 import harness
@@ -8,16 +11,20 @@ WATER, FOREST, GRASS, CROP, ROCK, SNOW, BUILT_UP = range(1, 8)
 
 
 class SampleScene(harness.Case):
-    def make(self, name, *options):
-        folder = self.folder / name
-        self.rasterops("sample-scene", *options, folder)
-        return folder
+    @classmethod
+    def setUpClass(cls):
+        holder = tempfile.TemporaryDirectory(prefix="rasterops-acceptance-")
+        cls.addClassCleanup(holder.cleanup)
+        cls.scene = pathlib.Path(holder.name) / "scene"
+        harness.run("sample-scene", cls.scene).check_returncode()
 
     def test_same_seed_same_bytes(self):
-        first = self.make("first")
+        first = self.scene
         self.assertEqual(sorted(path.name for path in first.iterdir()), sorted(FILES))
-        again = self.make("again")
-        other = self.make("other", "--seed", "7")
+        again = self.folder / "again"
+        other = self.folder / "other"
+        self.rasterops("sample-scene", again)
+        self.rasterops("sample-scene", "--seed", "7", other)
         for name in FILES:
             content = (first / name).read_bytes()
             self.assertTrue(content == (again / name).read_bytes(), name)
@@ -25,7 +32,7 @@ class SampleScene(harness.Case):
                 self.assertFalse(content == (other / name).read_bytes(), name)
 
     def test_rasters_lie_on_one_another(self):
-        folder = self.make("scene")
+        folder = self.scene
         corners = set()
         for name, size in (("terrain", 1024), ("ms", 512), ("pan", 2048), ("landcover", 512)):
             raster = harness.Raster(folder / f"{name}.tif")
@@ -37,7 +44,7 @@ class SampleScene(harness.Case):
         self.assertEqual(len(corners), 1, "one extent for all")
 
     def test_border_is_the_same_and_slanted(self):
-        folder = self.make("scene")
+        folder = self.scene
         ms = harness.Raster(folder / "ms.tif")
         pan = harness.Raster(folder / "pan.tif")
         for band in ms.valid[1:]:
@@ -48,7 +55,7 @@ class SampleScene(harness.Case):
         self.assertGreater(ms.valid.mean(), 0.8)
 
     def test_pan_is_the_sharper_image(self):
-        folder = self.make("scene")
+        folder = self.scene
         ms = harness.Raster(folder / "ms.tif")
         pan = harness.Raster(folder / "pan.tif").pixels[0].astype(float)
         coarse = pan.reshape(512, 4, 512, 4).mean(axis=(1, 3))
@@ -56,7 +63,7 @@ class SampleScene(harness.Case):
         self.assertGreater(numpy.corrcoef(coarse[ms.valid[0]], weighted[ms.valid[0]])[0, 1], 0.999)
 
     def test_land_cover_shows_in_terrain_and_image(self):
-        folder = self.make("scene")
+        folder = self.scene
         cover = harness.Raster(folder / "landcover.tif")
         classes = cover.pixels[0]
         self.assertEqual(cover.bands[0].GetCategoryNames()[FOREST], "forest")
