@@ -69,11 +69,14 @@ std::vector<fs::path> filesIn(const std::wstring& folder) {
   std::vector<fs::path> files;
   const std::unique_ptr<wchar_t, void (*)(void*)> expanded(rstring_PathExpand(folder.c_str(), nullptr),
                                                            rsys_HeapFree);
-  std::error_code noFolder;
-  if (expanded)
-    for (const auto& entry : fs::directory_iterator(fs::path(rtext::narrow(expanded.get())), noFolder))
-      if (entry.is_regular_file(noFolder))
-        files.push_back(entry.path());
+  if (!expanded)
+    return files;
+  const std::string utf8 = rtext::narrow(expanded.get());
+  std::error_code error; // a folder that is absent or cannot be read holds no plug-ins
+  fs::directory_iterator entry(fs::path(std::u8string(utf8.begin(), utf8.end())), error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+    if (std::error_code unreadable; entry->is_regular_file(unreadable))
+      files.push_back(entry->path());
   std::sort(files.begin(), files.end());
   return files;
 }
@@ -86,7 +89,7 @@ boost::shared_ptr<gpu::GPUPlugin> pluginOf(const fs::path& path) {
   if (!plugin) {
     const QuentLog::Log log(L"devicehost");
     if (log.IsEnabled(QuentLog::LEVEL_INFO))
-      log.LogInfo(L"No plug-in in " + path.wstring());
+      log.LogInfo(L"No plug-in in " + rtext::twiden(path.string().c_str()));
     return boost::shared_ptr<gpu::GPUPlugin>();
   }
   return boost::shared_ptr<gpu::GPUPlugin>(plugin, [library](gpu::GPUPlugin* p) { delete p; });

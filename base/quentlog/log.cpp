@@ -86,8 +86,9 @@ std::shared_ptr<spdlog::logger> makeLogger(const std::string& name) {
 } // namespace
 
 Log::Log(const std::wstring& channel) {
-  static std::mutex lock;
-  static std::map<std::string, std::shared_ptr<Channel>> channels;
+  // Never destroyed: objects of static storage may log when they go.
+  static std::mutex& lock = *new std::mutex;
+  static auto& channels = *new std::map<std::string, std::shared_ptr<Channel>>;
   const std::string name = rtext::narrow(channel.c_str());
   const std::lock_guard guard(lock);
   std::shared_ptr<Channel>& entry = channels[name];

@@ -13,6 +13,7 @@
 #include <map>
 #include <mutex>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -28,19 +29,22 @@ constexpr std::size_t granule = std::size_t{64} << 10;
 class Heap {
 public:
   void* allocate(std::size_t size, bool zeroed) {
-    const bool large = size >= largeSize;
     if (size > std::numeric_limits<std::size_t>::max() - granule)
       return nullptr;
-    const std::size_t unit = large ? granule : alignment;
-    const std::size_t capacity = (size + unit - 1) / unit * unit + (size == 0 ? unit : 0);
+    // Rounded first: a free knows only the capacity, and must come to the same decision.
+    const std::size_t small = roundUp(size == 0 ? 1 : size, alignment);
+    const bool large = isLarge(small);
+    const std::size_t capacity = large ? roundUp(small, granule) : small;
     void* block = large ? takePooled(capacity) : nullptr;
     const bool fresh = block == nullptr;
     if (fresh)
       block = large ? quent::base::MapPages(capacity) : quent::base::AllocateAligned(capacity, alignment);
     if (!block)
       return nullptr;
-    if (fresh)
-      list(block, capacity);
+    if (fresh && !list(block, capacity)) {
+      release(block, capacity);
+      return nullptr;
+    }
     if (zeroed && !(fresh && large))
       std::memset(block, 0, size);
     return block;
@@ -53,16 +57,17 @@ public:
       std::abort(); // not of this heap, or freed before: the heap cannot be trusted any more
     const std::size_t capacity = found->second;
     m_Live.erase(found);
-    if (capacity < largeSize) {
-      guard.unlock();
-      quent::base::FreeAligned(block);
-    } else if (m_Pooled + capacity <= m_Limit) {
-      m_Pool.emplace(capacity, block);
-      m_Pooled += capacity;
-    } else {
-      guard.unlock();
-      quent::base::UnmapPages(block, capacity);
+    if (isLarge(capacity) && m_Pooled + capacity <= m_Limit) {
+      try {
+        m_Pool.emplace(capacity, block);
+        m_Pooled += capacity;
+        return;
+      } catch (const std::bad_alloc&) {
+        // Not kept then, but given back.
+      }
     }
+    guard.unlock();
+    release(block, capacity);
   }
 
   const void* blockOf(const void* pointer) {
@@ -94,22 +99,44 @@ public:
 private:
   static std::uintptr_t address(const void* pointer) { return reinterpret_cast<std::uintptr_t>(pointer); }
 
-  void list(void* block, std::size_t capacity) {
-    const std::lock_guard guard(m_Lock);
-    m_Live.emplace(address(block), capacity);
+  static std::size_t roundUp(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit * unit; }
+  static bool isLarge(std::size_t capacity) { return capacity >= largeSize; }
+
+  /// Gives a block that is not listed back to the system.
+  static void release(void* block, std::size_t capacity) {
+    if (isLarge(capacity))
+      quent::base::UnmapPages(block, capacity);
+    else
+      quent::base::FreeAligned(block);
+  }
+
+  /// False if there is no memory to list the block.
+  bool list(void* block, std::size_t capacity) {
+    try {
+      const std::lock_guard guard(m_Lock);
+      m_Live.emplace(address(block), capacity);
+      return true;
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
   }
 
   /// A pooled block of the capacity or up to an eighth more, listed as live; null if there is none.
   void* takePooled(std::size_t capacity) {
-    const std::lock_guard guard(m_Lock);
-    const auto found = m_Pool.lower_bound(capacity);
-    if (found == m_Pool.end() || found->first - capacity > capacity / 8)
-      return nullptr;
-    void* const block = found->second;
-    m_Live.emplace(address(block), found->first);
-    m_Pooled -= found->first;
-    m_Pool.erase(found);
-    return block;
+    std::pair<std::size_t, void*> taken;
+    {
+      const std::lock_guard guard(m_Lock);
+      const auto found = m_Pool.lower_bound(capacity);
+      if (found == m_Pool.end() || found->first - capacity > capacity / 8)
+        return nullptr;
+      taken = *found;
+      m_Pooled -= found->first;
+      m_Pool.erase(found);
+    }
+    if (list(taken.second, taken.first))
+      return taken.second;
+    release(taken.second, taken.first);
+    return nullptr;
   }
 
   std::mutex m_Lock;

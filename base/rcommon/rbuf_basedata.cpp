@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <new>
 
 using quent::base::ClearSlot;
 using quent::base::Layout;
@@ -25,6 +26,14 @@ unsigned char* allocatePixels(const Layout& layout) {
   return pixels;
 }
 
+/// A record on the C++ heap; null with a report for want of memory.
+_Rbuf_BaseData* newRecord(const _Rbuf_BaseData& contents, const char* function, Rfault_ErrorReport** slot) {
+  auto* const record = new (std::nothrow) _Rbuf_BaseData(contents);
+  if (!record)
+    Report(slot, function, "No memory");
+  return record;
+}
+
 /// Lines of a record: rows, or columns if it is column-major; and the bytes of one.
 int lineCount(const _Rbuf_BaseData& rect) {
   return rect.objectType == rbuf_ColumnMajor ? rect.columns : rect.rows;
@@ -37,7 +46,7 @@ std::size_t lineBytes(const _Rbuf_BaseData& rect) {
 void copyLines(const _Rbuf_BaseData& source, _Rbuf_BaseData& destination) {
   const std::size_t bytes = lineBytes(source);
   for (std::ptrdiff_t line = 0; bytes > 0 && line < lineCount(source); ++line)
-    std::memcpy(destination.data + line * destination.pitch, source.data + line * source.pitch, bytes);
+    std::memmove(destination.data + line * destination.pitch, source.data + line * source.pitch, bytes);
 }
 
 /// True if `count` lines from `offset` lie inside `total`, without overflow.
@@ -69,8 +78,12 @@ _Rbuf_BaseData* rbuf_BaseDataCreate(int rows, int columns, Rbuf_PixelType pixelT
     Report(slot, "rbuf_BaseDataCreate", "No memory");
     return nullptr;
   }
-  return new _Rbuf_BaseData{rows,   columns,      pixelType,       objectType,     pixels,
-                            pixels, layout.pitch, data != nullptr, rows * columns, bytesOfTypes[pixelType]};
+  _Rbuf_BaseData* const rect = newRecord({rows, columns, pixelType, objectType, pixels, pixels, layout.pitch,
+                                          data != nullptr, rows * columns, bytesOfTypes[pixelType]},
+                                         "rbuf_BaseDataCreate", slot);
+  if (!rect && !data)
+    rsys_HeapFree(pixels);
+  return rect;
 }
 
 _Rbuf_BaseData* rbuf_BaseDataCopy(const _Rbuf_BaseData* source, _Rbuf_BaseData* destination,
@@ -117,8 +130,9 @@ _Rbuf_BaseData* rbuf_BaseDataReDerive(const _Rbuf_BaseData* source, _Rbuf_BaseDa
   const std::ptrdiff_t line = columnMajor ? columnOffset : rowOffset;
   const std::ptrdiff_t position = columnMajor ? rowOffset : columnOffset;
   unsigned char* const first = source->data + line * source->pitch + position * source->pixelBytes;
-  return new _Rbuf_BaseData{rows,          columns, source->pixelType, source->objectType, first, first,
-                            source->pitch, 1,       rows * columns,    source->pixelBytes};
+  return newRecord({rows, columns, source->pixelType, source->objectType, first, first, source->pitch, 1,
+                    rows * columns, source->pixelBytes},
+                   "rbuf_BaseDataReDerive", slot);
 }
 
 void rbuf_BaseDataReallocate(_Rbuf_BaseData* rect, int rows, int columns, Rfault_ErrorReport** slot) {

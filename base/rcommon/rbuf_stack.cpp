@@ -2,6 +2,7 @@
 #include "base/rcommon/report.h"
 
 #include <limits>
+#include <new>
 
 using quent::base::ClearSlot;
 using quent::base::Report;
@@ -12,7 +13,14 @@ _Rbuf_BaseDataStack* rbuf_BaseDataStackPtrCreate(int count, Rfault_ErrorReport**
     Report(slot, "rbuf_BaseDataStackPtrCreate", "Negative number of layers");
     return nullptr;
   }
-  return new _Rbuf_BaseDataStack{count, 0, new _Rbuf_BaseData* [static_cast<std::size_t>(count)] {}};
+  auto* const layers = static_cast<_Rbuf_BaseData**>(
+      rsys_HeapCalloc(static_cast<std::size_t>(count), sizeof(_Rbuf_BaseData*)));
+  auto* const stack = layers ? new (std::nothrow) _Rbuf_BaseDataStack{count, 0, layers} : nullptr;
+  if (!stack) {
+    rsys_HeapFree(layers);
+    Report(slot, "rbuf_BaseDataStackPtrCreate", "No memory");
+  }
+  return stack;
 }
 
 _Rbuf_BaseDataStack* rbuf_BaseDataStackCreate(int count, int rows, int columns, Rbuf_PixelType pixelType,
@@ -56,7 +64,7 @@ void rbuf_BaseDataStackDelete(_Rbuf_BaseDataStack* stack, Rfault_ErrorReport** s
     return;
   for (int i = 0; !stack->shared && i < stack->count; ++i)
     rbuf_BaseDataDelete(stack->layers[i], nullptr);
-  delete[] stack->layers;
+  rsys_HeapFree(stack->layers);
   delete stack;
 }
 

@@ -61,7 +61,7 @@ public:
   /// Stores the line and the message and throws a copy of this object.
   [[noreturn]] void Throw(long line, const char* message) {
     set_Failure(line, message);
-    T::operator=(T(message));
+    T::operator=(T(get_What()));
     throw *this;
   }
 };

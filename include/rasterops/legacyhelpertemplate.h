@@ -9,7 +9,7 @@
 template <class T> class LegacyHelperTemplate {
 public:
   LegacyHelperTemplate() = default;
-  explicit LegacyHelperTemplate(T* handle) : m_Handle(handle) {}
+  LegacyHelperTemplate(T* handle) : m_Handle(handle) {}
   LegacyHelperTemplate(const LegacyHelperTemplate&) = delete;
   LegacyHelperTemplate& operator=(const LegacyHelperTemplate&) = delete;
   virtual ~LegacyHelperTemplate() { Free(); }

@@ -54,9 +54,10 @@ public:
   /// The state of a block, shared by the accessors that are taken from it.
   struct RASTEROPS_API pixelBlockData {
     pixelBlockData();
+    /// \param planeStride bytes from plane to plane; long would be too short for it on some systems
     /// \param conditions one per plane, or null: #UNKNOWN for wrapped pixels and #NODATA for new ones
     pixelBlockData(long planes, long width, long height, Rbuf_PixelType type, unsigned char* data,
-                   long planeStride, long pitch, unsigned char* const* noData,
+                   std::ptrdiff_t planeStride, long pitch, unsigned char* const* noData,
                    const DataContentsCondition* conditions);
     /// State over one rectangle: dirty, without mask or primacy.
     pixelBlockData(const boost::shared_ptr<_Rbuf_BaseData>& plane,
@@ -73,7 +74,10 @@ public:
     boost::shared_array<bool> m_MaskDirty;
     boost::shared_array<bool> m_MaskHasPrimacy;
     std::int32_t m_NumOfPlanes = 0;
-    mutable std::mutex m_MaskLock;
+    mutable std::mutex m_MaskLock; ///< guards the creation of masks
+    std::mutex m_ComputeLock;      ///< held while a mask is brought up to date, so that one thread does it
+    /// The block that owns the pixels of a window; null otherwise.
+    boost::shared_ptr<IPixelBlock> m_Source;
 
     /// The operator that derives masks, one for the process.
     static const boost::shared_ptr<ComputeMask>& MaskOperator();
@@ -85,7 +89,11 @@ public:
     /// Makes sure that mask `plane` exists; it is not filled. True if it was made.
     bool InitMask(long plane);
     /// Mask `plane`, or null.
-    _Rbuf_BaseData* Mask(long plane) const;
+    boost::shared_ptr<_Rbuf_BaseData> Mask(long plane) const;
+    /// True if any mask was ever made.
+    bool HasMasks() const;
+    /// Replaces mask `plane`.
+    void StoreMask(long plane, const boost::shared_ptr<_Rbuf_BaseData>& mask);
     /// Stores a copy of a NODATA value, or none for null. True if it differs from the one before.
     bool StoreNODATAValue(long plane, const unsigned char* value);
   };
@@ -260,6 +268,9 @@ protected:
                              DataContentsCondition condition, bool primacy, IPixelBlock& out);
   /// Condition from a scan of mask `plane`, which exists.
   DataContentsCondition ScanMask(long plane) const;
+  /// The work of computeMask() under its lock. With `required`, a mask that is missing is computed even if it
+  /// is not dirty.
+  void BringMaskUpToDate(long plane, bool required) const;
 
   boost::shared_ptr<pixelBlockData> m_Data;
 };

@@ -7,6 +7,8 @@
 #include "rasterops/ipixelblock.h"
 #include "rasterops/tilxpixelrectstack.h"
 
+#include <atomic>
+
 // "const int" is the declared return type of the size queries.
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
@@ -50,7 +52,7 @@ protected:
   TilxPixelRectStack m_RectStack;
   int m_Plane;
   bool m_ReadOnly;
-  bool m_Written = false;
+  std::atomic<bool> m_Written{false}; ///< row tasks may set it at once
   bool m_ConditionSet = false;
 };
 

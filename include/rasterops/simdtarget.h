@@ -13,7 +13,8 @@
 namespace quent {
 namespace rasterops {
 
-/// Names of the targets that this processor can run, best first, for instance "AVX3", "AVX2", "SSE2".
+/// Names of the targets that this processor can run, best first, for instance "AVX3", "AVX2", "SCALAR". The
+/// last one is the baseline of the build, on x86-64 with SSE2.
 RASTEROPS_API std::vector<std::string> SimdTargets();
 
 /// Uses one target from now on, in all threads; an empty name goes back to the best. Not to be called

@@ -9,7 +9,7 @@ class RASTEROPS_API TilxPixelRect {
 public:
   TilxPixelRect() = default;
   /// Adopts a record.
-  explicit TilxPixelRect(_Rbuf_BaseData* rect) : m_Rect(rect) {}
+  TilxPixelRect(_Rbuf_BaseData* rect) : m_Rect(rect) {}
   /// Copies the pointer without counting: for moving a record between wrappers, of which the caller
   /// keeps only one alive.
   TilxPixelRect(const TilxPixelRect& other) = default;
@@ -27,11 +27,14 @@ public:
   operator _Rbuf_BaseData*() const { return m_Rect; }
   _Rbuf_BaseData* operator->() const { return m_Rect; }
   /// True if a record is held.
-  explicit operator bool() const { return m_Rect != nullptr; }
+  operator bool() const { return m_Rect != nullptr; }
   /// The same for an object that is not const, where the freeing conversion would win otherwise.
-  explicit operator bool() { return m_Rect != nullptr; }
+  operator bool() { return m_Rect != nullptr; }
   /// True if none is.
   bool operator!() const { return m_Rect == nullptr; }
+  /// Without these the comparison would be ambiguous between the two pointers.
+  bool operator==(std::nullptr_t) const { return m_Rect == nullptr; }
+  bool operator!=(std::nullptr_t) const { return m_Rect != nullptr; }
 
 private:
   _Rbuf_BaseData* m_Rect = nullptr;

@@ -10,7 +10,7 @@ class RASTEROPS_API TilxPixelRectStack {
 public:
   TilxPixelRectStack() = default;
   /// Adopts a stack.
-  explicit TilxPixelRectStack(_Rbuf_BaseDataStack* stack) : m_Stack(stack) {}
+  TilxPixelRectStack(_Rbuf_BaseDataStack* stack) : m_Stack(stack) {}
   /// Copies the pointer.
   TilxPixelRectStack(const TilxPixelRectStack& other) = default;
   /// A new stack of `count` layers of one U1 pixel, to be given other layers.
@@ -32,11 +32,14 @@ public:
   /// Address of the slot; nothing is freed.
   operator _Rbuf_BaseDataStack**() { return &m_Stack; }
   /// True if a stack is held.
-  explicit operator bool() const { return m_Stack != nullptr; }
+  operator bool() const { return m_Stack != nullptr; }
   /// The same for an object that is not const, where the slot's address would win otherwise.
-  explicit operator bool() { return m_Stack != nullptr; }
+  operator bool() { return m_Stack != nullptr; }
   /// True if none is.
   bool operator!() const { return m_Stack == nullptr; }
+  /// Without these the comparison would be ambiguous between the two pointers.
+  bool operator==(std::nullptr_t) const { return m_Stack == nullptr; }
+  bool operator!=(std::nullptr_t) const { return m_Stack != nullptr; }
 
   /// Returns the stack and forgets it.
   _Rbuf_BaseDataStack* Release();

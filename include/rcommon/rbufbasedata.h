@@ -10,7 +10,7 @@ class RASTEROPS_API RbufBaseData {
 public:
   RbufBaseData() = default;
   /// Adopts a record.
-  explicit RbufBaseData(_Rbuf_BaseData* rect) : m_Rect(rect) {}
+  RbufBaseData(_Rbuf_BaseData* rect) : m_Rect(rect) {}
   /// rbuf_BaseDataCreate() with the same arguments. \throws RfaultException when it fails
   RbufBaseData(int rows, int columns, Rbuf_PixelType pixelType, Rbuf_ObjectType objectType,
                unsigned char* data);
@@ -31,6 +31,15 @@ public:
   operator _Rbuf_BaseData**();
   operator _Rbuf_BaseData*() const { return m_Rect; }
   _Rbuf_BaseData* operator->() const { return m_Rect; }
+  /// True if a record is held.
+  operator bool() const { return m_Rect != nullptr; }
+  /// The same for an object that is not const, where the freeing conversion would win otherwise.
+  operator bool() { return m_Rect != nullptr; }
+  /// True if none is.
+  bool operator!() const { return m_Rect == nullptr; }
+  /// Without these the comparison would be ambiguous between the two pointers.
+  bool operator==(std::nullptr_t) const { return m_Rect == nullptr; }
+  bool operator!=(std::nullptr_t) const { return m_Rect != nullptr; }
 
 private:
   _Rbuf_BaseData* m_Rect = nullptr;

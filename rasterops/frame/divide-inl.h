@@ -17,9 +17,10 @@ namespace HWY_NAMESPACE {
 
 using Byte = unsigned char;
 
-/// The floating type that divides integers of T exactly: with 8- and 16-bit operands a quotient that is
-/// not whole lies at least 2^-16 from the next whole number, relative to at most 2^16, more than half a
-/// unit in the last place of a single; with 32-bit operands the same holds of a double.
+/// The floating type that divides integers of T exactly. A quotient x / y that is not whole lies at least
+/// 1 / |y| from the next whole number, and is at most |x / y|: relative to itself at least 2^-16 with 8- and
+/// 16-bit operands, more than half a unit in the last place of a single, and 2^-32 with 32-bit operands,
+/// more than that of a double. So rounding never reaches the next whole number.
 template <class T>
 using Divider =
     std::conditional_t<std::is_floating_point_v<T>, T, std::conditional_t<(sizeof(T) < 4), float, double>>;

@@ -69,6 +69,9 @@ long planeFor(const IPixelBlock& input, long i) {
 void checkSizes(const _Rbuf_BaseData& x, const _Rbuf_BaseData& y, const _Rbuf_BaseData& out) {
   if (x.numElements != 1 && y.numElements != 1 && (x.rows != y.rows || x.columns != y.columns))
     Raise(file, runName, "Divide: dividend and divisor differ in size, and neither is a single pixel");
+  if (x.numElements == 0 || y.numElements == 0) // nothing to do, unless a single pixel stands beside it
+    if (x.numElements == 1 || y.numElements == 1)
+      Raise(file, runName, "Divide: an input has no pixels, and the other has one");
   if (out.rows < std::max(x.rows, y.rows) || out.columns < std::max(x.columns, y.columns))
     Raise(file, runName, "Divide: the result block is smaller than its inputs");
 }

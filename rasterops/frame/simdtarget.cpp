@@ -23,6 +23,7 @@ HWY_AFTER_NAMESPACE();
 
 #include "rasterops/simdtarget.h"
 
+#include <atomic>
 #include <stdexcept>
 
 namespace quent::rasterops {
@@ -31,36 +32,39 @@ HWY_EXPORT(TargetOfThisCode);
 
 namespace {
 
-/// The targets that kernels were compiled for and that the processor has, as bits: lower bits are better.
-std::int64_t usableTargets() {
-  hwy::SetSupportedTargetsForTest(0);
-  return hwy::SupportedTargets() & HWY_TARGETS;
-}
+/// The one target that was asked for, or 0 for the best.
+std::atomic<std::int64_t> restriction{0};
 
 void choose(std::int64_t targets) {
+  restriction = targets;
   hwy::SetSupportedTargetsForTest(targets);
   hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+}
+
+/// The targets that kernels were compiled for and that the processor has, as bits: lower bits are better.
+/// What is in use stays in use.
+std::int64_t usableTargets() {
+  hwy::SetSupportedTargetsForTest(0);
+  const std::int64_t usable = hwy::SupportedTargets() & HWY_TARGETS;
+  hwy::SetSupportedTargetsForTest(restriction);
+  return usable;
 }
 
 } // namespace
 
 std::vector<std::string> SimdTargets() {
-  const std::string used = SimdTargetInUse();
   std::vector<std::string> names;
   for (std::int64_t left = usableTargets(); left != 0; left &= left - 1)
     names.emplace_back(hwy::TargetName(left & -left));
-  UseSimdTarget(used == names.front() ? "" : used);
   return names;
 }
 
 void UseSimdTarget(const std::string& name) {
-  const std::int64_t usable = usableTargets();
   if (name.empty())
     return choose(0);
-  for (std::int64_t left = usable; left != 0; left &= left - 1)
+  for (std::int64_t left = usableTargets(); left != 0; left &= left - 1)
     if (name == hwy::TargetName(left & -left))
       return choose(left & -left);
-  choose(0);
   throw std::invalid_argument("This processor has no vector target " + name);
 }
 

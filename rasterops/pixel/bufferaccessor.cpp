@@ -28,6 +28,7 @@ constexpr char file[] = "bufferaccessor";
 BufferAccessor::~BufferAccessor() = default;
 
 boost::shared_ptr<BufferAccessor> PixelBlock::getPixelAccessor(long plane, bool readOnly) {
+  CheckIndex(plane, "tilx::PixelBlock::getPixelAccessor", __LINE__);
   return boost::make_shared<PixelBufferAccessor>(boost::numeric_cast<int>(plane),
                                                  boost::make_shared<PixelBlock>(m_Data), readOnly);
 }
@@ -37,6 +38,7 @@ boost::shared_ptr<BufferAccessor> PixelBlock::getPixelAccessor(long plane) {
 }
 
 boost::shared_ptr<BufferAccessor> PixelBlock::getMaskAccessor(long plane, bool readOnly) {
+  CheckIndex(plane, "tilx::PixelBlock::getMaskAccessor", __LINE__);
   return boost::make_shared<MaskBufferAccessor>(boost::numeric_cast<int>(plane),
                                                 boost::make_shared<PixelBlock>(m_Data), readOnly);
 }
@@ -47,7 +49,10 @@ boost::shared_ptr<BufferAccessor> PixelBlock::getMaskAccessor(long plane) {
 
 PlaneBufferAccessor::PlaneBufferAccessor(int plane, boost::shared_ptr<IPixelBlock> block, bool readOnly)
     : m_Block(std::move(block)), m_View(boost::make_shared<PixelBlock>()), m_Plane(plane),
-      m_ReadOnly(readOnly) {}
+      m_ReadOnly(readOnly) {
+  if (!m_Block)
+    quent::rasterops::RaiseFault(file, "tilx::PlaneBufferAccessor::PlaneBufferAccessor", "The block is null");
+}
 
 PlaneBufferAccessor::~PlaneBufferAccessor() = default;
 
@@ -69,7 +74,7 @@ long PlaneBufferAccessor::GetPitch() {
 
 void* PlaneBufferAccessor::GetRowPtr(int row) {
   if (!m_ReadOnly && !m_ConditionSet)
-    m_Written = true;
+    m_Written.store(true, std::memory_order_relaxed);
   return RowOf(*m_RectStack.datalayer(0), row);
 }
 

@@ -3,9 +3,9 @@
 #include "rasterops/frame/failure.h"
 
 #include <boost/make_shared.hpp>
-#include <boost/numeric/conversion/cast.hpp>
 
 #include <algorithm>
+#include <limits>
 
 namespace tilx {
 
@@ -64,13 +64,15 @@ boost::shared_ptr<_Rbuf_BaseData>& ConfigurablePixelBlock::getPlane(long plane) 
 
 void ConfigurablePixelBlock::Reconfigure(long columnOffset, long rowOffset, long width, long height) {
   RfaultException ex(file, "tilx::ConfigurablePixelBlock::Reconfigure");
+  for (const long value : {columnOffset, rowOffset, width, height})
+    if (value < 0 || value > std::numeric_limits<int>::max())
+      ex.Throw(__LINE__, "The window does not lie inside the block");
   // All windows are made before any is exchanged, so that a failure leaves the old window.
   std::vector<boost::shared_ptr<_Rbuf_BaseData>> moved(static_cast<std::size_t>(m_Data->m_NumOfPlanes));
   for (long i = 0; i < m_Data->m_NumOfPlanes; ++i) {
     _Rbuf_BaseData* const window = rbuf_BaseDataReDerive(
-        m_Data->m_Planes[i].get(), m_Overlay ? m_Overlay[i].get() : nullptr,
-        boost::numeric_cast<int>(rowOffset), boost::numeric_cast<int>(columnOffset),
-        boost::numeric_cast<int>(height), boost::numeric_cast<int>(width), ex.GetErrorSlot());
+        m_Data->m_Planes[i].get(), m_Overlay ? m_Overlay[i].get() : nullptr, static_cast<int>(rowOffset),
+        static_cast<int>(columnOffset), static_cast<int>(height), static_cast<int>(width), ex.GetErrorSlot());
     ex.Check(__LINE__);
     moved[static_cast<std::size_t>(i)].reset(window, PixelRectDeleter());
   }

@@ -2,7 +2,6 @@
 #include "rasterops/pixelblock.h"
 
 #include <boost/make_shared.hpp>
-#include <boost/numeric/conversion/cast.hpp>
 
 #include <stdexcept>
 
@@ -34,29 +33,28 @@ public:
   /// \param source keeps the pixels and is not looked at otherwise than through its interface
   /// \param first  plane 0 of the source, which all other planes follow at `planeStride`
   DerivedPixelBlock(const boost::shared_ptr<IPixelBlock>& source, const PixelBlock* asPixelBlock,
-                    const _Rbuf_BaseData& first, const Window& window, long planeStride,
+                    const _Rbuf_BaseData& first, const Window& window, std::ptrdiff_t planeStride,
                     unsigned char** noData)
-      : PixelBlock(source->getNumOfPlanes(), window.width, window.height, source->getDataType(),
-                   first.storage + static_cast<std::ptrdiff_t>(first.pitch) * window.rowOffset +
-                       static_cast<std::ptrdiff_t>(first.pixelBytes) * window.columnOffset,
-                   planeStride, first.pitch, noData),
-        m_Source(source) {
-    m_Data->m_Masks.reset(new boost::shared_ptr<_Rbuf_BaseData>[m_Data->m_NumOfPlanes]);
+      : PixelBlock(boost::make_shared<pixelBlockData>(
+            source->getNumOfPlanes(), window.width, window.height, source->getDataType(),
+            first.storage + static_cast<std::ptrdiff_t>(first.pitch) * window.rowOffset +
+                static_cast<std::ptrdiff_t>(first.pixelBytes) * window.columnOffset,
+            planeStride, first.pitch, noData, nullptr)) {
+    // In the state and not here, so that accessors of a window keep the pixels as well.
+    m_Data->m_Source = source;
     for (long i = 0; i < m_Data->m_NumOfPlanes; ++i) {
       const _Rbuf_BaseData* const mask = source->getMaskData(i);
       m_Data->m_MaskHasPrimacy[i] = asPixelBlock && asPixelBlock->getMaskHasNODATAPrimacy(i);
       m_Data->m_MaskDirty[i] = false;
       if (mask) {
-        m_Data->m_Masks[i].reset(deriveWindow(mask, window), PixelRectDeleter());
+        m_Data->StoreMask(i,
+                          boost::shared_ptr<_Rbuf_BaseData>(deriveWindow(mask, window), PixelRectDeleter()));
         m_Data->m_PlanesCondition[i] = ScanMask(i);
       } else {
         m_Data->m_PlanesCondition[i] = source->getCondition(i);
       }
     }
   }
-
-private:
-  boost::shared_ptr<IPixelBlock> m_Source;
 };
 
 Window checkedWindow(const IPixelBlock& block, long columnOffset, long rowOffset, long width, long height) {
@@ -77,6 +75,8 @@ Window checkedWindow(const IPixelBlock& block, long columnOffset, long rowOffset
 boost::shared_ptr<IPixelBlock> PixelBlock::Derive(const boost::shared_ptr<IPixelBlock>& block,
                                                   long columnOffset, long rowOffset, long width,
                                                   long height) {
+  if (!block)
+    throw std::runtime_error("Invalid block");
   const Window window = checkedWindow(*block, columnOffset, rowOffset, width, height);
   const RbufBaseDataStack stack(block->asPixelRectStack());
   if (!rbuf_BaseDataStackIsContiguous(stack))
@@ -84,7 +84,7 @@ boost::shared_ptr<IPixelBlock> PixelBlock::Derive(const boost::shared_ptr<IPixel
   const _Rbuf_BaseData& first = *stack->layers[0];
   // Tried before any address is formed: the pixels of the window must lie inside the source.
   const RbufBaseData tried(deriveWindow(&first, window));
-  const long planeStride = stack->count > 1 ? stack->layers[1]->storage - first.storage : 0;
+  const std::ptrdiff_t planeStride = stack->count > 1 ? stack->layers[1]->storage - first.storage : 0;
 
   const auto* const asPixelBlock = dynamic_cast<const PixelBlock*>(block.get());
   std::vector<unsigned char*> noData(static_cast<std::size_t>(stack->count), nullptr);

@@ -1,5 +1,5 @@
 // Row functions of masks, compiled once per vector target. Plain loops: the compiler makes vector code of
-// them, and no result depends on the order of pixels.
+// them, and tests itself whether rows overlap; if they do, pixels go one by one.
 #if defined(RASTEROPS_PIXEL_MASK_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef RASTEROPS_PIXEL_MASK_INL_H_
 #undef RASTEROPS_PIXEL_MASK_INL_H_
@@ -23,14 +23,14 @@ using Byte = unsigned char;
 constexpr unsigned sawValid = 1;
 constexpr unsigned sawInvalid = 2;
 
-/// A pixel of 16 bytes, which has no integer type of its own.
-struct Pair {
-  std::uint64_t low;
-  std::uint64_t high;
+/// The bits of a pixel of two parts, aligned as a part is.
+template <class T> struct Pair {
+  T first;
+  T second;
 };
 
-HWY_INLINE bool Same(Pair a, Pair b) {
-  return ((a.low ^ b.low) | (a.high ^ b.high)) == 0;
+template <class T> HWY_INLINE bool Same(Pair<T> a, Pair<T> b) {
+  return ((a.first ^ b.first) | (a.second ^ b.second)) == 0;
 }
 template <class T> HWY_INLINE bool Same(T a, T b) {
   return a == b;
@@ -50,8 +50,7 @@ unsigned LookAtMaskRow(const Byte* mask, std::size_t count) {
 
 /// 0 where `same(pixel)`, else 255.
 template <class T, class Test>
-HWY_INLINE unsigned MaskWhereNot(const T* HWY_RESTRICT row, Byte* HWY_RESTRICT mask, std::size_t count,
-                                 Test same) {
+HWY_INLINE unsigned MaskWhereNot(const T* row, Byte* mask, std::size_t count, Test same) {
   Byte all = 255;
   Byte any = 0;
   for (std::size_t i = 0; i < count; ++i) {
@@ -87,7 +86,7 @@ template <class T> unsigned MaskFloatRow(const void* row, Byte* mask, std::size_
   return MaskWhereNot(static_cast<const T*>(row), mask, count, EqualTo<T>{nodata});
 }
 
-void MinimumRow(Byte* HWY_RESTRICT composite, const Byte* HWY_RESTRICT mask, std::size_t count) {
+void MinimumRow(Byte* composite, const Byte* mask, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     const Byte c = composite[i];
     const Byte m = mask[i];
@@ -119,9 +118,7 @@ template <class T> bool HoldsPixel(const void* row, std::size_t count, const voi
 }
 
 /// Rows whose mask is all valid are only read.
-template <class T>
-void FillInvalid(void* HWY_RESTRICT row, const Byte* HWY_RESTRICT mask, std::size_t count,
-                 const void* value) {
+template <class T> void FillInvalid(void* row, const Byte* mask, std::size_t count, const void* value) {
   T fill;
   std::memcpy(&fill, value, sizeof(T));
   T* const pixels = static_cast<T*>(row);
@@ -151,7 +148,7 @@ unsigned MaskBytesRow(const void* row, Byte* mask, std::size_t count, const void
   case 8:
     return MaskEqualRow<std::uint64_t>(row, mask, count, value);
   default:
-    return MaskEqualRow<Pair>(row, mask, count, value);
+    return MaskEqualRow<Pair<std::uint64_t>>(row, mask, count, value);
   }
 }
 
@@ -174,7 +171,7 @@ bool HoldsPixelRow(const void* row, std::size_t count, const void* value, int pi
   case 8:
     return HoldsPixel<std::uint64_t>(row, count, value);
   default:
-    return HoldsPixel<Pair>(row, count, value);
+    return HoldsPixel<Pair<std::uint64_t>>(row, count, value);
   }
 }
 
@@ -189,7 +186,7 @@ void FillInvalidPixelsRow(void* row, const Byte* mask, std::size_t count, const 
   case 8:
     return FillInvalid<std::uint64_t>(row, mask, count, value);
   default:
-    return FillInvalid<Pair>(row, mask, count, value);
+    return FillInvalid<Pair<std::uint64_t>>(row, mask, count, value);
   }
 }
 

@@ -26,15 +26,15 @@ boost::shared_ptr<_Rbuf_BaseData> copyRectangle(const _Rbuf_BaseData* rect, cons
   return boost::shared_ptr<_Rbuf_BaseData>(copy, PixelRectDeleter());
 }
 
-void ensureMaskArray(PixelBlock::pixelBlockData& data) {
-  if (!data.m_Masks)
-    data.m_Masks.reset(new boost::shared_ptr<_Rbuf_BaseData>[data.m_NumOfPlanes]);
-}
-
 /// The state of a copy of a stack: all data, of the size and type of the first layer.
 boost::shared_ptr<PixelBlock::pixelBlockData> stateForStack(const _Rbuf_BaseDataStack* stack) {
   if (!stack || stack->count == 0)
     RaiseFault(file, "tilx::PixelBlock::PixelBlock", "Base data stack is null or contains no layers.");
+  if (stack->count < 0)
+    RaiseFault(file, "tilx::PixelBlock::pixelBlockData::Init", "Invalid noOfPlanes");
+  for (int i = 0; i < stack->count; ++i)
+    if (!stack->layers[i])
+      RaiseFault(file, "tilx::PixelBlock::PixelBlock", "Base data stack has a null layer.");
   const _Rbuf_BaseData& first = *stack->layers[0];
   const std::vector<DataContentsCondition> conditions(static_cast<std::size_t>(stack->count), ALLDATA);
   return boost::make_shared<PixelBlock::pixelBlockData>(
@@ -94,18 +94,18 @@ PixelBlock::PixelBlock(const IPixelBlock& other) : m_Data(boost::make_shared<pix
   if (planes < 1)
     return;
   m_Data->Allocate(planes);
-  ensureMaskArray(*m_Data);
   for (long i = 0; i < planes; ++i) {
     m_Data->m_Planes[i] = copyRectangle(other.getPlaneData(i), function);
     if (const _Rbuf_BaseData* const mask = other.getMaskData(i))
-      m_Data->m_Masks[i] = copyRectangle(mask, function);
+      m_Data->StoreMask(i, copyRectangle(mask, function));
     m_Data->m_PlanesCondition[i] = other.getCondition(i);
     m_Data->m_MaskDirty[i] = false;
     m_Data->m_MaskHasPrimacy[i] = true;
   }
 }
 
-PixelBlock::PixelBlock(boost::shared_ptr<pixelBlockData> data) : m_Data(std::move(data)) {}
+PixelBlock::PixelBlock(boost::shared_ptr<pixelBlockData> data)
+    : m_Data(data ? std::move(data) : boost::make_shared<pixelBlockData>()) {}
 
 PixelBlock::~PixelBlock() = default;
 
@@ -150,10 +150,8 @@ boost::shared_ptr<IPixelBlock> PixelBlock::CloneFromPlanes(const std::vector<lon
   for (std::int32_t i = 0; i < count; ++i) {
     const long from = planes[static_cast<std::size_t>(i)];
     data->m_Planes[i] = copyRectangle(m_Data->m_Planes[from].get(), function);
-    if (const _Rbuf_BaseData* const mask = m_Data->Mask(from)) {
-      ensureMaskArray(*data);
-      data->m_Masks[i] = copyRectangle(mask, function);
-    }
+    if (const boost::shared_ptr<_Rbuf_BaseData> mask = m_Data->Mask(from))
+      data->StoreMask(i, copyRectangle(mask.get(), function));
     data->StoreNODATAValue(i, m_Data->m_NoDataValues[from].get());
     data->m_PlanesCondition[i] = m_Data->m_PlanesCondition[from];
     data->m_MaskDirty[i] = m_Data->m_MaskDirty[from];
@@ -163,8 +161,6 @@ boost::shared_ptr<IPixelBlock> PixelBlock::CloneFromPlanes(const std::vector<lon
 }
 
 boost::shared_ptr<PixelBlock> PixelBlock::Convert(Rbuf_PixelType type) const {
-  if (m_Data->m_NumOfPlanes == 0)
-    return boost::make_shared<PixelBlock>();
   // The planes of the whole block, also when a window is laid over it.
   const PixelBlock whole(m_Data);
   auto out = boost::make_shared<PixelBlock>(whole.getNumOfPlanes(), whole.getWidth(), whole.getHeight(), type,

@@ -33,27 +33,40 @@ unsigned char* allocatePlanes(std::size_t step, long planes, std::size_t rowByte
   return static_cast<unsigned char*>(memory);
 }
 
-/// A rectangle over `address` whose rows lie `padding` pixels further apart than they are long.
-boost::shared_ptr<_Rbuf_BaseData> wrapRectangle(int height, int width, int padding, Rbuf_PixelType type,
+/// A rectangle over `address` with a pitch.
+boost::shared_ptr<_Rbuf_BaseData> wrapRectangle(int height, int width, int pitch, Rbuf_PixelType type,
                                                 unsigned char* address) {
   RfaultException ex(file, initName);
-  RbufBaseData rect(
-      rbuf_BaseDataCreate(height, width + padding, type, rbuf_RowMajor, address, ex.GetErrorSlot()));
+  _Rbuf_BaseData* const rect =
+      rbuf_BaseDataCreate(height, width, type, rbuf_RowMajor, address, ex.GetErrorSlot());
   ex.Check(__LINE__);
-  if (padding != 0) {
-    RbufBaseData wide(rect.Release());
-    rect = rbuf_BaseDataReDerive(wide, nullptr, 0, 0, height, width, ex.GetErrorSlot());
-    ex.Check(__LINE__);
-  }
-  return boost::shared_ptr<_Rbuf_BaseData>(rect.Release(), PixelRectDeleter());
+  rect->pitch = pitch;
+  return boost::shared_ptr<_Rbuf_BaseData>(rect, PixelRectDeleter());
 }
 
-/// Pixels between the end of a row and the start of the next.
-int paddingOf(long pitch, long pixelBytes, long width) {
-  const double padding = static_cast<double>(pitch - pixelBytes * width) / static_cast<double>(pixelBytes);
+/// A number that fits the 32 bits of a record.
+int checkedInt(long value, const char* message) {
+  if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max())
+    RaiseFault(file, initName, message);
+  return static_cast<int>(value);
+}
+
+/// A pitch that leaves whole pixels, and no fewer than none, between the rows.
+int checkedPitch(long pitch, long pixelBytes, long width) {
+  const double padding =
+      (static_cast<double>(pitch) - static_cast<double>(pixelBytes) * static_cast<double>(width)) /
+      static_cast<double>(pixelBytes);
   if (padding != std::floor(padding))
     RaiseFault(file, initName, "Inter-row pitch is not an even multiple of the pixel size");
-  return boost::numeric_cast<int>(padding);
+  if (padding < 0)
+    RaiseFault(file, initName, "Inter-row pitch is shorter than a row");
+  return checkedInt(pitch, "Inter-row pitch does not fit 32 bits");
+}
+
+long pixelBytesOf(Rbuf_PixelType type) {
+  if (type < 0 || type >= rbuf_PixelTypeCount)
+    RaiseFault(file, initName, "Invalid pixel type");
+  return rsys_AddressOf_rbuf_NumBytesPerPixel()[type];
 }
 
 } // namespace
@@ -66,7 +79,7 @@ PixelBlock::pixelBlockData::pixelBlockData() {
 PixelBlock::pixelBlockData::~pixelBlockData() = default;
 
 PixelBlock::pixelBlockData::pixelBlockData(long planes, long width, long height, Rbuf_PixelType type,
-                                           unsigned char* data, long planeStride, long pitch,
+                                           unsigned char* data, std::ptrdiff_t planeStride, long pitch,
                                            unsigned char* const* noData,
                                            const DataContentsCondition* conditions)
     : pixelBlockData() {
@@ -74,23 +87,23 @@ PixelBlock::pixelBlockData::pixelBlockData(long planes, long width, long height,
     RaiseFault(file, initName, "Invalid noOfPlanes");
   Allocate(planes);
 
+  const long pixelBytes = pixelBytesOf(type);
+  const int wrappedPitch = data ? checkedPitch(pitch, pixelBytes, width) : 0;
+  const int rows = checkedInt(height, "The height does not fit 32 bits");
+  const int columns = checkedInt(width, "The width does not fit 32 bits");
   RfaultException ex(file, initName);
-  const int rows = boost::numeric_cast<int>(height);
-  const int columns = boost::numeric_cast<int>(width);
-  // Also checks type and size, so that what follows may index tables and multiply.
   const std::size_t step =
       rbuf_BaseDataStackDataSize(1, rows, columns, type, rbuf_RowMajor, ex.GetErrorSlot());
   ex.Check(__LINE__);
-  const long pixelBytes = rsys_AddressOf_rbuf_NumBytesPerPixel()[type];
-  const int padding = data ? paddingOf(pitch, pixelBytes, width) : 0;
-  const long stride = data ? planeStride : static_cast<long>(step);
+  const auto rowBytes = static_cast<int>(width * pixelBytes); // fits, or there would be no data size
 
   LegacyHelperTemplate<unsigned char> storage;
   if (!data)
-    storage.Reset(allocatePlanes(step, planes, static_cast<std::size_t>(width * pixelBytes)));
+    storage.Reset(allocatePlanes(step, planes, static_cast<std::size_t>(rowBytes)));
+  const std::ptrdiff_t stride = data ? planeStride : static_cast<std::ptrdiff_t>(step);
   unsigned char* address = data ? data : storage.get();
   for (long i = 0; i < planes; ++i, address += stride) {
-    m_Planes[i] = wrapRectangle(rows, columns, padding, type, address);
+    m_Planes[i] = wrapRectangle(rows, columns, data ? wrappedPitch : rowBytes, type, address);
     StoreNODATAValue(i, noData ? noData[i] : nullptr);
     if (!data && i == 0) {
       m_Planes[0]->external = 0; // plane 0 owns the whole allocation from here on
@@ -116,9 +129,12 @@ PixelBlock::pixelBlockData::pixelBlockData(const boost::shared_ptr<_Rbuf_BaseDat
 }
 
 PixelBlock::pixelBlockData::pixelBlockData(const pixelBlockData& other)
-    : m_Planes(other.m_Planes), m_Masks(other.m_Masks), m_NoDataValues(other.m_NoDataValues),
+    : m_Planes(other.m_Planes), m_NoDataValues(other.m_NoDataValues),
       m_PlanesCondition(other.m_PlanesCondition), m_MaskDirty(other.m_MaskDirty),
-      m_MaskHasPrimacy(other.m_MaskHasPrimacy), m_NumOfPlanes(other.m_NumOfPlanes) {}
+      m_MaskHasPrimacy(other.m_MaskHasPrimacy), m_NumOfPlanes(other.m_NumOfPlanes), m_Source(other.m_Source) {
+  const std::lock_guard guard(other.m_MaskLock);
+  m_Masks = other.m_Masks;
+}
 
 const boost::shared_ptr<ComputeMask>& PixelBlock::pixelBlockData::MaskOperator() {
   static const auto operation = boost::make_shared<ComputeMask>();
@@ -159,8 +175,21 @@ bool PixelBlock::pixelBlockData::InitMask(long plane) {
   return true;
 }
 
-_Rbuf_BaseData* PixelBlock::pixelBlockData::Mask(long plane) const {
-  return m_Masks ? m_Masks[plane].get() : nullptr;
+boost::shared_ptr<_Rbuf_BaseData> PixelBlock::pixelBlockData::Mask(long plane) const {
+  const std::lock_guard guard(m_MaskLock);
+  return m_Masks ? m_Masks[plane] : boost::shared_ptr<_Rbuf_BaseData>();
+}
+
+bool PixelBlock::pixelBlockData::HasMasks() const {
+  const std::lock_guard guard(m_MaskLock);
+  return m_Masks.get() != nullptr;
+}
+
+void PixelBlock::pixelBlockData::StoreMask(long plane, const boost::shared_ptr<_Rbuf_BaseData>& mask) {
+  const std::lock_guard guard(m_MaskLock);
+  if (!m_Masks)
+    m_Masks.reset(new boost::shared_ptr<_Rbuf_BaseData>[m_NumOfPlanes]);
+  m_Masks[plane] = mask;
 }
 
 bool PixelBlock::pixelBlockData::StoreNODATAValue(long plane, const unsigned char* value) {

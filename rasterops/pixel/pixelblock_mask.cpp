@@ -3,6 +3,7 @@
 #include "rasterops/computemask.h"
 #include "rasterops/frame/failure.h"
 #include "rasterops/pixel/mask_kernels.h"
+#include "rasterops/pixel/planerows.h"
 #include "rasterops/pixelblock.h"
 
 #include <boost/make_shared.hpp>
@@ -24,20 +25,23 @@ boost::shared_ptr<_Rbuf_BaseData> newMask(const _Rbuf_BaseData& like, const char
   return boost::shared_ptr<_Rbuf_BaseData>(mask, PixelRectDeleter());
 }
 
-/// Copies plane 0 of a block into a mask rectangle of the same size.
-void copyFirstPlane(IPixelBlock& block, _Rbuf_BaseData& mask, const char* function) {
-  RfaultException ex(file, function);
-  const TilxPixelRectStack stack(block.asPixelRectStack());
-  if (stack->count < 1)
-    ex.Throw(__LINE__, "The mask block has no planes");
-  rbuf_BaseDataCopy(stack.datalayer(0), &mask, ex.GetErrorSlot());
-  ex.Check(__LINE__);
+/// Layer 0 of a stack, which must be a mask of the size of a plane.
+const _Rbuf_BaseData& maskLayer(const TilxPixelRectStack& stack, const _Rbuf_BaseData& plane,
+                                const char* function) {
+  const _Rbuf_BaseData* const layer = !stack || stack->count < 1 ? nullptr : stack.datalayer(0);
+  if (!layer || layer->pixelBytes != 1 || layer->rows != plane.rows || layer->columns != plane.columns)
+    RaiseFault(file, function, "The mask block must be U8 and of this block's size");
+  return *layer;
+}
+
+void copyMask(const _Rbuf_BaseData& from, const _Rbuf_BaseData& to, const char* function) {
+  ConvertPlane(from, to, file, function);
 }
 
 } // namespace
 
 DataContentsCondition PixelBlock::ScanMask(long plane) const {
-  return kernels::ConditionOfMask(*m_Data->m_Masks[plane]);
+  return kernels::ConditionOfMask(*m_Data->Mask(plane));
 }
 
 DataContentsCondition PixelBlock::getCondition(long plane) const {
@@ -104,20 +108,27 @@ DataContentsCondition PixelBlock::getHomogenousCondition(const IPixelBlock& bloc
 }
 
 void PixelBlock::computeMask(long plane) const {
-  constexpr char function[] = "tilx::PixelBlock::computeMask";
-  CheckIndex(plane, function, __LINE__);
+  CheckIndex(plane, "tilx::PixelBlock::computeMask", __LINE__);
+  BringMaskUpToDate(plane, false);
+}
+
+void PixelBlock::BringMaskUpToDate(long plane, bool required) const {
+  const std::lock_guard guard(m_Data->m_ComputeLock);
+  // Copies share flags, but not a mask that was made after the copy.
+  if (required && !m_Data->Mask(plane))
+    m_Data->m_MaskDirty[plane] = true;
   if (!m_Data->m_MaskDirty[plane])
     return;
   const DataContentsCondition condition = m_Data->m_PlanesCondition[plane];
   const bool uniform = condition == NODATA || condition == ALLDATA;
   if (!uniform && (m_Data->m_MaskHasPrimacy[plane] || !m_Data->m_NoDataValues[plane]))
-    RaiseFault(file, function,
+    RaiseFault(file, "tilx::PixelBlock::computeMask",
                "Unable to compute the mask.  The condition requires a NoData value, and one isn't set.");
   m_Data->InitMask(plane);
   ComputeMask& operation = *pixelBlockData::MaskOperator();
   const auto params = operation.CreateParams();
   params->SetPixelBlock(m_Data->m_Planes[plane]);
-  params->SetMaskBlock(m_Data->m_Masks[plane]);
+  params->SetMaskBlock(m_Data->Mask(plane));
   params->SetNODATAValue(m_Data->m_NoDataValues[plane]);
   params->SetDataCondition(boost::make_shared<DataContentsCondition>(condition));
   if (operation(params)) {
@@ -135,16 +146,14 @@ const _Rbuf_BaseData* PixelBlock::getMaskData(long plane) const {
   if (!HasPlane(plane))
     return nullptr;
   computeMask(plane);
-  return m_Data->Mask(plane);
+  return m_Data->Mask(plane).get();
 }
 
 void PixelBlock::getMask(long plane, IPixelBlock& out) const {
   CheckIndex(plane, "tilx::PixelBlock::getMask", __LINE__);
-  if (!m_Data->Mask(plane))
-    m_Data->m_MaskDirty[plane] = true;
-  computeMask(plane);
+  BringMaskUpToDate(plane, true);
   // All data: so is the mask seen as a plane of pixels, whatever it says of its own plane.
-  ShareRectangle(m_Data->m_Masks[plane], boost::shared_array<unsigned char>(), ALLDATA, false, out);
+  ShareRectangle(m_Data->Mask(plane), boost::shared_array<unsigned char>(), ALLDATA, false, out);
 }
 
 void PixelBlock::setMask(long plane, const boost::shared_ptr<IPixelBlock>& mask) {
@@ -152,8 +161,10 @@ void PixelBlock::setMask(long plane, const boost::shared_ptr<IPixelBlock>& mask)
   CheckIndex(plane, function, __LINE__);
   if (!mask)
     RaiseFault(file, function, "The mask block is null");
+  const TilxPixelRectStack stack(mask->asPixelRectStack());
+  const _Rbuf_BaseData& layer = maskLayer(stack, *m_Data->m_Planes[0], function);
   m_Data->InitMask(plane);
-  copyFirstPlane(*mask, *m_Data->m_Masks[plane], function);
+  copyMask(layer, *m_Data->Mask(plane), function);
   computeCondition(plane);
 }
 
@@ -170,15 +181,17 @@ void PixelBlock::setMask(long plane, const std::vector<boost::shared_ptr<IPixelB
   for (std::int32_t i = 0; i < count; ++i) {
     if (!masks[static_cast<std::size_t>(i)])
       RaiseFault(file, function, "A mask block is null");
-    copies[i] = newMask(*m_Data->m_Planes[0], function);
-    copyFirstPlane(*masks[static_cast<std::size_t>(i)], *copies[i], function);
+    const TilxPixelRectStack stack(masks[static_cast<std::size_t>(i)]->asPixelRectStack());
+    const _Rbuf_BaseData& layer = maskLayer(stack, *m_Data->m_Planes[0], function);
+    copies[i] = newMask(layer, function);
+    copyMask(layer, *copies[i], function);
   }
   m_Data->InitMask(plane);
   ComputeCompositeMask& operation = *pixelBlockData::CompositeMaskOperator();
   const auto params = operation.CreateParams();
   params->SetMaskArraySize(count);
   params->SetMaskArray(copies);
-  params->SetCompositeMask(m_Data->m_Masks[plane]);
+  params->SetCompositeMask(m_Data->Mask(plane));
   params->SetDataCondition(boost::make_shared<DataContentsCondition>(NODATA));
   operation(params);
   setConditionWithoutMarkingDirty(plane, *params->GetDataCondition());
@@ -187,7 +200,8 @@ void PixelBlock::setMask(long plane, const std::vector<boost::shared_ptr<IPixelB
 void PixelBlock::getCompositeMask(IPixelBlock& out) {
   constexpr char function[] = "tilx::PixelBlock::getCompositeMask";
   CheckIndex(0, function, __LINE__);
-  computeMasks();
+  for (long i = 0; i < m_Data->m_NumOfPlanes; ++i)
+    BringMaskUpToDate(i, true);
   const auto composite = newMask(*m_Data->m_Planes[0], function);
   ComputeCompositeMask& operation = *pixelBlockData::CompositeMaskOperator();
   const auto params = operation.CreateParams();
@@ -218,12 +232,16 @@ void PixelBlock::setMaskFromPixelBlock(long plane, const IPixelBlock& source, lo
     setCondition(plane, condition);
     return;
   }
-  RfaultException ex(file, function);
-  _Rbuf_BaseData* const copy = rbuf_BaseDataCopy(source.getMaskData(sourcePlane), nullptr, ex.GetErrorSlot());
-  ex.Check(__LINE__);
-  const boost::shared_ptr<_Rbuf_BaseData> mask(copy, PixelRectDeleter());
-  m_Data->InitMask(plane);
-  m_Data->m_Masks[plane] = mask;
+  const _Rbuf_BaseData* const mask = source.getMaskData(sourcePlane);
+  const _Rbuf_BaseData& first = *m_Data->m_Planes[0];
+  if (!mask)
+    RaiseFault(file, function, "The source plane has no mask");
+  // Masks are those of the whole block, also when a window is laid over its planes.
+  if (mask->rows != first.rows || mask->columns != first.columns)
+    RaiseFault(file, function, "Invalid dimensions");
+  const boost::shared_ptr<_Rbuf_BaseData> copy = newMask(*mask, function);
+  copyMask(*mask, *copy, function);
+  m_Data->StoreMask(plane, copy);
   setConditionWithoutMarkingDirty(plane, source.getCondition(sourcePlane));
 }
 

@@ -84,7 +84,7 @@ void PixelBlock::setPixelToNODATA(long plane, long column, long row) {
   if (value)
     std::memcpy(RowOf(rect, row) + column * rect.pixelBytes, value,
                 static_cast<std::size_t>(rect.pixelBytes));
-  const _Rbuf_BaseData* const mask = m_Data->Mask(plane);
+  const boost::shared_ptr<_Rbuf_BaseData> mask = m_Data->Mask(plane);
   if (!m_Data->m_MaskDirty[plane] && mask)
     RowOf(*mask, row)[column] = 0;
   if (rect.rows == 1 && rect.columns == 1)
@@ -100,12 +100,13 @@ void PixelBlock::syncMaskWithNODATAFill(long plane) {
   const unsigned char* const value = m_Data->m_NoDataValues[plane].get();
   if (m_Data->m_MaskHasPrimacy[plane] || !value)
     return;
-  if (!m_Data->m_Masks)
+  if (!m_Data->HasMasks())
     m_Data->InitMask(plane);
-  if (!m_Data->Mask(plane))
+  const boost::shared_ptr<_Rbuf_BaseData> existing = m_Data->Mask(plane);
+  if (!existing)
     return;
   const _Rbuf_BaseData& rect = *m_Data->m_Planes[plane];
-  const _Rbuf_BaseData& mask = *m_Data->m_Masks[plane];
+  const _Rbuf_BaseData& mask = *existing;
   const DataContentsCondition condition = getCondition(plane);
   if (condition == NODATA || condition == ALLDATA) {
     FillMask(mask, condition == ALLDATA ? 255 : 0);

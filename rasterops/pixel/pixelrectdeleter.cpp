@@ -1,16 +1,14 @@
 #include "rasterops/pixelrectdeleter.h"
 
 #include "rasterops/legacyhelpertemplate.h"
-#include "rcommon/rfaultexception.h"
 
 void quent::rasterops::PixelRectDeleter::operator()(_Rbuf_BaseData* rect) const noexcept {
-  RfaultException ex("pixelrectdeleter", "quent::rasterops::PixelRectDeleter::operator ()");
-  rbuf_BaseDataDelete(rect, ex.GetErrorSlot());
+  // Without an exception object: a deleter must work when there is no memory left to make one.
+  rbuf_BaseDataDelete(rect, nullptr);
 }
 
 template <> void LegacyHelperTemplate<_Rbuf_BaseDataStack>::Free() noexcept {
-  RfaultException ex("legacyhelpertemplate.h", "LegacyHelperTemplate < Rbuf_BaseDataStack >::Free");
-  rbuf_BaseDataStackDelete(Release(), ex.GetErrorSlot());
+  rbuf_BaseDataStackDelete(Release(), nullptr);
 }
 
 template <> void LegacyHelperTemplate<unsigned char>::Free() noexcept {
