@@ -3,17 +3,17 @@
 #include "base/hostsystem/hostsystem.h"
 #include "cli/completion.h"
 #include "cli/describecommand.h"
+#include "cli/helptext.h"
 #include "cli/infocommand.h"
 #include "cli/progressline.h"
 #include "engine/errors.h"
 #include "engine/runner.h"
 #include "engine/samplescene.h"
 
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
 #include <gdal.h>
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
 #include <stdexcept>
 
@@ -40,6 +40,10 @@ int print(const std::string& text) {
   return status(ExitCode::Done);
 }
 
+std::function<bool(CLI::App*)> named(const std::string& name) {
+  return [name](CLI::App* app) { return app->get_name() == name; };
+}
+
 const catalogue::Operator& operatorNamed(const std::string& name) {
   const catalogue::Operator* const op = catalogue::FindOperator(name);
   if (!op)
@@ -53,13 +57,17 @@ CommandLine::CommandLine()
     : m_App("Operators on raster images, with exact handling of NODATA and masks", "rasterops") {
   m_App.set_version_flag("--version", std::string("rasterops " RASTEROPS_VERSION " (GDAL ") +
                                           GDALVersionInfo("RELEASE_NAME") + ")");
+  m_App.formatter(std::make_shared<HelpFormatter>());
+  m_App.get_formatter()->label("Positionals", "Files");
   m_App.require_subcommand(1);
-  m_App.footer("rasterops OPERATOR --help tells the options of an operator.\n"
-               "Exit status: 0 done, 1 processing failed, 2 usage, 3 input, 4 output, 5 memory budget, "
-               "130 cancelled.");
+  const std::string exitStatus =
+      Wrapped("Exit status: 0 done, 1 processing failed, 2 usage, 3 input, 4 output, "
+              "5 memory budget, 130 cancelled.");
+  m_App.footer(exitStatus);
   for (const catalogue::Operator& op : catalogue::Operators())
     m_Operators.push_back(std::make_unique<OperatorCommand>(m_App, op));
   addSubcommands();
+  m_App.footer("rasterops OPERATOR --help tells the options of an operator.\n" + exitStatus);
 }
 
 void CommandLine::addSubcommands() {
@@ -96,6 +104,9 @@ int CommandLine::Run(std::vector<std::string> arguments) {
     }
     if (!arguments.empty())
       m_Name = arguments[0].rfind('-', 0) == 0 ? "" : arguments[0];
+    const bool known = m_Name.empty() || !m_App.get_subcommands(named(m_Name)).empty();
+    if (!known)
+      throw engine::UsageError("there is no such command; rasterops --help shows all");
     std::reverse(arguments.begin(), arguments.end()); // the order that the parser takes
     m_App.parse(arguments);
     return dispatch();

@@ -2,9 +2,6 @@
 
 #include "catalogue/catalogue.h"
 
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
-
 #include <sstream>
 
 namespace quent::rasterops::cli {

@@ -1,10 +1,8 @@
 #include "cli/operatorcommand.h"
 
+#include "cli/helptext.h"
 #include "engine/bandlist.h"
 #include "engine/errors.h"
-
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
 
 #include <algorithm>
 #include <stdexcept>
@@ -60,7 +58,7 @@ template <class Parse> auto parsed(const std::string& option, Parse parse) {
 OperatorCommand::OperatorCommand(CLI::App& app, const catalogue::Operator& op)
     : m_Operator(op), m_Command(app.add_subcommand(op.name, op.summary)), m_Files(op.inputs.size() + 1),
       m_InputBands(op.inputs.size()), m_InputValues(op.inputs.size()) {
-  m_Command->description(op.summary + "\n" + op.details);
+  m_Command->footer(Wrapped(op.details) + "\n" + app.get_footer());
   m_Command->group("Operators");
   addFiles();
   addParameters();
@@ -135,7 +133,7 @@ void OperatorCommand::addRunning() {
           group);
   m_Command->add_option("--threads", m_Threads, "threads [one per processor]")
       ->type_name("N")
-      ->check(CLI::Range(1U, 1024U))
+      ->check(CLI::Range(1U, 1024U).description(""))
       ->group(group);
   addText("--memory", m_Memory, "SIZE", "most memory to use, as 512M [what machine and control group allow]",
           group);

@@ -157,8 +157,8 @@ void OutputRaster::writeMask(const Tile& tile, const unsigned char* mask) {
     const CPLErr result = m_Dataset->CreateMaskBand(GMF_PER_DATASET);
     CPLSetThreadLocalConfigOption("GDAL_TIFF_INTERNAL_MASK", nullptr);
     if (result != CE_None || messages.Failed())
-      throw OutputError(m_Plan.request.path + ": " + m_Format.Name() + " cannot hold a mask (" +
-                        messages.Reason() + "); give --output-nodata VALUE or another --of");
+      throw OutputError(m_Plan.request.path + ": " + m_Format.Name() +
+                        " cannot hold a mask; give --output-nodata VALUE or another --of");
     m_Mask = m_Dataset->GetRasterBand(1)->GetMaskBand();
   }
   std::vector<unsigned char> valid;
@@ -215,7 +215,12 @@ void OutputRaster::copy(const Progress& progress) {
   close();
 }
 
-void OutputRaster::fail(const std::string& reason) const {
+void OutputRaster::fail(const std::string& gdalReason) const {
+  // The temporary name means nothing to the user.
+  std::string reason = gdalReason;
+  for (const std::string& prefix : {m_Temporary.Path() + ": ", m_Temporary.Path()})
+    if (const std::size_t at = reason.find(prefix); at != std::string::npos)
+      reason.erase(at, prefix.size());
   throw OutputError(m_Plan.request.path + ": cannot write it as " + m_Format.Name() + " (" + reason +
                     "); check free space and options");
 }

@@ -63,7 +63,7 @@ private:
   void writeMask(const Tile& tile, const unsigned char* mask);
   void close();
   void copy(const Progress& progress);
-  [[noreturn]] void fail(const std::string& reason) const;
+  [[noreturn]] void fail(const std::string& gdalReason) const;
 
   const OutputPlan& m_Plan;
   const OutputFormat& m_Format;

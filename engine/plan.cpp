@@ -24,7 +24,7 @@ std::vector<InputRaster> openInputs(const Request& request) {
     if (!input.path.empty())
       files.emplace_back(input, request.readAs);
   if (files.empty())
-    throw UsageError(request.op->name + ": needs at least one raster; give a file");
+    throw UsageError("at least one input must be a raster; give a file in place of a value");
   const Rbuf_PixelType type = files.front().Type();
   std::vector<InputRaster> inputs;
   std::size_t next = 0;
@@ -109,7 +109,7 @@ RunPlan MakePlan(const Request& request) {
   try {
     plan.arguments = catalogue::Arguments::Parse(op, request.parameters);
   } catch (const std::invalid_argument& e) {
-    throw UsageError(op.name + ": " + e.what());
+    throw UsageError(e.what());
   }
   plan.inputs = openInputs(request);
   checkTypes(op, plan.inputs);
