@@ -34,10 +34,11 @@ std::optional<double> declaredNoData(GDALRasterBand& band) {
   return present ? std::optional<double>(value) : std::nullopt;
 }
 
-MaskSource maskSource(GDALRasterBand& band) {
+MaskSource maskSource(GDALRasterBand& band, std::optional<Rbuf_PixelType> type) {
   const int flags = band.GetMaskFlags();
   if (flags & GMF_ALL_VALID)
-    return MaskSource::AllValid;
+    // GDAL takes a negative value of signed bytes for one that no byte can have.
+    return type == S8 && declaredNoData(band) ? MaskSource::NoData : MaskSource::AllValid;
   if ((flags & GMF_NODATA) && !(flags & GMF_PER_DATASET))
     return MaskSource::NoData;
   return flags & (GMF_PER_DATASET | GMF_ALPHA) ? MaskSource::Dataset : MaskSource::Band;
@@ -127,7 +128,7 @@ void InputRaster::selectBands() {
 void InputRaster::describeBands() {
   for (InputBand& band : m_Bands) {
     GDALRasterBand& source = *m_Dataset->GetRasterBand(band.number);
-    band.source = maskSource(source);
+    band.source = maskSource(source, band.type);
     band.declaredNoData = declaredNoData(source);
     if (band.source != MaskSource::NoData || !band.declaredNoData)
       continue;
