@@ -2,6 +2,7 @@
 #include "rasterops/divide.h"
 
 #include "frame/divideruns.h"
+#include "support/random.h"
 #include "support/simdtest.h"
 
 #include <cmath>
@@ -78,11 +79,57 @@ TEST_P(DivideArithmetic, SmallIntegersDivideExactlyForEveryPairOfValues) {
       const Values quotients = ValuesOf(*result, 0);
       for (int i = 0; i < 256 && divisor != 0; ++i) {
         const int whole = (low + i) / divisor;
-        ASSERT_EQ(quotients[static_cast<std::size_t>(i)], whole == 128 ? -128 : whole)
+        ASSERT_EQ(quotients[static_cast<std::size_t>(i)], type == S8 && whole == 128 ? -128 : whole)
             << low + i << "/" << divisor;
       }
     }
   }
+}
+
+/// Dividends just below and at every multiple of every divisor, and the divisors that go with them: there a
+/// quotient that is computed by rounding would be wrong first.
+std::pair<Values, Values> NextToMultiples(int largest, int sign) {
+  std::pair<Values, Values> rows;
+  for (int divisor = 1; divisor <= largest; ++divisor)
+    for (int multiple = divisor; multiple <= largest; multiple += divisor)
+      for (const int dividend : {multiple - 1, multiple}) {
+        rows.first.push_back(sign * dividend);
+        rows.second.push_back(divisor);
+      }
+  return rows;
+}
+
+TEST_P(DivideArithmetic, SixteenBitIntegersDivideExactlyNextToEveryMultiple) {
+  const auto expectExact = [](Rbuf_PixelType type, const Values& dividends, const Values& divisors) {
+    const Values quotients = ValuesOf(*Quotient(type, dividends, divisors), 0);
+    for (std::size_t i = 0; i < quotients.size(); ++i)
+      ASSERT_EQ(quotients[i], static_cast<int>(dividends[i]) / static_cast<int>(divisors[i]))
+          << dividends[i] << "/" << divisors[i];
+  };
+  const auto [dividends, divisors] = NextToMultiples(65535, 1);
+  expectExact(U16, dividends, divisors);
+  const auto [negative, positive] = NextToMultiples(32767, -1);
+  expectExact(S16, negative, positive);
+}
+
+TEST_P(DivideArithmetic, ThirtyTwoBitIntegersDivideExactlyNextToMultiples) {
+  ForRandomTrials(20, [](Random& random) {
+    Values dividends;
+    Values divisors;
+    for (int i = 0; i < 1000; ++i) {
+      const auto divisor = static_cast<std::uint32_t>(random.Next() >> random.Between(33, 62)) + 1;
+      const std::uint32_t largest = 0xFFFFFFFFu / divisor;
+      const std::uint32_t multiple =
+          divisor * (largest - static_cast<std::uint32_t>(random.Between(0, 2)) % largest);
+      dividends.push_back(multiple - static_cast<std::uint32_t>(random.Between(0, 1)));
+      divisors.push_back(divisor);
+    }
+    const Values quotients = ValuesOf(*Quotient(U32, dividends, divisors), 0);
+    for (std::size_t i = 0; i < quotients.size(); ++i)
+      ASSERT_EQ(quotients[i],
+                static_cast<std::uint32_t>(dividends[i]) / static_cast<std::uint32_t>(divisors[i]))
+          << dividends[i] << "/" << divisors[i];
+  });
 }
 
 TEST_P(DivideArithmetic, OneTwoAndFourBitTypesDivideAsBytes) {

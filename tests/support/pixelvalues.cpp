@@ -72,8 +72,8 @@ template <class T> T RandomElement(Random& random) {
 }
 
 template <class T> void Append(Bytes& bytes, T value) {
-  const auto* first = reinterpret_cast<const unsigned char*>(&value);
-  bytes.insert(bytes.end(), first, first + sizeof value);
+  bytes.resize(bytes.size() + sizeof value);
+  reference::Store(&bytes[bytes.size() - sizeof value], value);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "base/parallel/concurrency.h"
 
 #include <gtest/gtest.h>
+#include <tbb/global_control.h>
 
 #include <atomic>
 #include <numeric>
@@ -16,6 +17,9 @@ std::vector<int> Items(int count) {
   std::iota(items.begin(), items.end(), 0);
   return items;
 }
+
+/// Lets TBB start as many threads as the tests ask for, whatever the machine has.
+const tbb::global_control allowThreads(tbb::global_control::max_allowed_parallelism, 4);
 
 TEST(Concurrency, VisitsEveryItemOnce) {
   for (const int count : {0, 1, 2, 3, 7, 1000}) {
