@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 #include <vector>
 
@@ -30,7 +31,7 @@ constexpr Class classes[coverCount] = {
     {"cropland", {236, 214, 132, 255}},     {"bare rock", {156, 148, 138, 255}},
     {"snow and ice", {240, 248, 255, 255}}, {"built-up", {198, 62, 58, 255}}};
 
-void WriteTerrain(const std::filesystem::path& folder, const Landscape& landscape) {
+std::unique_ptr<SceneFile> MakeTerrain(const std::filesystem::path& folder, const Landscape& landscape) {
   constexpr int step = 2;
   constexpr float lake = -9999.0f;
   std::vector<float> metres;
@@ -46,15 +47,16 @@ void WriteTerrain(const std::filesystem::path& folder, const Landscape& landscap
       metres.push_back(2 * wet >= step * step ? lake : static_cast<float>(sum / (step * step)));
     }
   }
-  SceneFile file(folder, "terrain.tif", size / step, extent, 1, GDT_Float32);
-  file.Band(1).SetNoDataValue(lake);
-  file.Band(1).SetUnitType("m");
-  file.Band(1).SetDescription("elevation");
-  file.Write(1, metres.data());
-  file.Finish();
+  auto file = std::make_unique<SceneFile>(folder, "terrain.tif", size / step, extent, 1, GDT_Float32);
+  file->Band(1).SetNoDataValue(lake);
+  file->Band(1).SetUnitType("m");
+  file->Band(1).SetDescription("elevation");
+  file->Write(1, metres.data());
+  file->Close();
+  return file;
 }
 
-void WriteLandCover(const std::filesystem::path& folder, const Image& image) {
+std::unique_ptr<SceneFile> MakeLandCover(const std::filesystem::path& folder, const Image& image) {
   GDALColorTable colours;
   std::vector<const char*> names;
   for (int value = 0; value < coverCount; ++value) {
@@ -62,15 +64,16 @@ void WriteLandCover(const std::filesystem::path& folder, const Image& image) {
     names.push_back(classes[value].name);
   }
   names.push_back(nullptr);
-  SceneFile file(folder, "landcover.tif", image.size, extent, 1, GDT_Byte);
-  file.Band(1).SetColorTable(&colours);
-  file.Band(1).SetCategoryNames(const_cast<char**>(names.data()));
-  file.Band(1).SetDescription("land cover");
-  file.Write(1, image.cover.data());
-  file.Finish();
+  auto file = std::make_unique<SceneFile>(folder, "landcover.tif", image.size, extent, 1, GDT_Byte);
+  file->Band(1).SetColorTable(&colours);
+  file->Band(1).SetCategoryNames(const_cast<char**>(names.data()));
+  file->Band(1).SetDescription("land cover");
+  file->Write(1, image.cover.data());
+  file->Close();
+  return file;
 }
 
-void WriteImages(const std::filesystem::path& folder, const Image& image) {
+std::unique_ptr<SceneFile> MakeMultispectral(const std::filesystem::path& folder, const Image& image) {
   struct Band {
     const char* name;
     GDALColorInterp colour;
@@ -79,36 +82,53 @@ void WriteImages(const std::filesystem::path& folder, const Image& image) {
                             {"green", GCI_GreenBand},
                             {"red", GCI_RedBand},
                             {"near infrared", GCI_Undefined}};
-  SceneFile ms(folder, "ms.tif", image.size, extent, 4, GDT_UInt16);
+  auto file = std::make_unique<SceneFile>(folder, "ms.tif", image.size, extent, 4, GDT_UInt16);
   for (int number = 1; number <= 4; ++number) {
-    ms.Band(number).SetNoDataValue(0.0);
-    ms.Band(number).SetDescription(bands[number - 1].name);
-    ms.Band(number).SetColorInterpretation(bands[number - 1].colour);
-    ms.Write(number, image.bands[static_cast<std::size_t>(number) - 1].data());
+    const Band& band = bands[number - 1];
+    file->Band(number).SetNoDataValue(0.0);
+    file->Band(number).SetDescription(band.name);
+    file->Band(number).SetColorInterpretation(band.colour);
+    file->Write(number, image.bands[static_cast<std::size_t>(number) - 1].data());
   }
-  ms.Finish();
-  SceneFile pan(folder, "pan.tif", image.size * panRatio, extent, 1, GDT_UInt16);
-  pan.Band(1).SetNoDataValue(0.0);
-  pan.Band(1).SetDescription("panchromatic");
-  pan.Write(1, image.pan.data());
-  pan.Finish();
+  file->Close();
+  return file;
+}
+
+std::unique_ptr<SceneFile> MakePan(const std::filesystem::path& folder, const Image& image) {
+  auto file = std::make_unique<SceneFile>(folder, "pan.tif", image.size * panRatio, extent, 1, GDT_UInt16);
+  file->Band(1).SetNoDataValue(0.0);
+  file->Band(1).SetDescription("panchromatic");
+  file->Write(1, image.pan.data());
+  file->Close();
+  return file;
+}
+
+void CheckFolder(const std::filesystem::path& folder) {
+  std::error_code failure;
+  std::filesystem::create_directories(folder, failure);
+  if (failure || !std::filesystem::is_directory(folder, failure)) {
+    throw OutputError(folder.string() + ": cannot make this folder (" +
+                      (failure ? failure.message() : "a file of this name exists") + "); choose another");
+  }
+  for (const char* name : {"terrain.tif", "landcover.tif", "ms.tif", "pan.tif"}) {
+    if (std::filesystem::exists(folder / name, failure)) {
+      throw OutputError((folder / name).string() + ": exists already; choose another folder, or remove it");
+    }
+  }
 }
 
 } // namespace
 
 void WriteSampleScene(const std::string& folder, unsigned seed) {
   const std::filesystem::path path(folder);
-  std::error_code failure;
-  std::filesystem::create_directories(path, failure);
-  if (failure || !std::filesystem::is_directory(path, failure)) {
-    throw OutputError("cannot make the folder " + folder +
-                      (failure ? ": " + failure.message() : ": a file of this name exists"));
-  }
+  CheckFolder(path);
   const Landscape landscape(seed, size, extent);
-  WriteTerrain(path, landscape);
   const Image image = Observe(seed, landscape, size);
-  WriteLandCover(path, image);
-  WriteImages(path, image);
+  const std::unique_ptr<SceneFile> files[] = {MakeTerrain(path, landscape), MakeLandCover(path, image),
+                                              MakeMultispectral(path, image), MakePan(path, image)};
+  for (const auto& file : files) {
+    file->Publish();
+  }
 }
 
 } // namespace quent::rasterops::engine

@@ -24,7 +24,8 @@ namespace quent::rasterops::engine {
 /// falls on the terrain. The same seed gives the same bytes, on any machine: the model uses integer hashes,
 /// the four basic operations and sqrt, nothing that differs between math libraries.
 ///
-/// \throws std::runtime_error naming the file or folder; files of that name that were there before are kept
+/// All files appear together when they are complete.
+/// \throws OutputError naming the file or folder, also if one of the files exists: nothing is replaced
 RASTEROPS_ENGINE_API void WriteSampleScene(const std::string& folder, unsigned seed);
 
 } // namespace quent::rasterops::engine

@@ -72,7 +72,7 @@ void SceneFile::Write(int number, const void* pixels) {
   }
 }
 
-void SceneFile::Finish() {
+void SceneFile::Close() {
   const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
   CPLErrorReset();
   // What GDAL still holds back reaches the disk here; a disk that is full shows only as an error message.
@@ -80,6 +80,9 @@ void SceneFile::Finish() {
   if (CPLGetLastErrorType() >= CE_Failure) {
     Fail(CPLGetLastErrorMsg());
   }
+}
+
+void SceneFile::Publish() {
   std::error_code failure;
   const auto temporarySidecar = WithSuffix(m_Temporary, sidecar);
   if (std::filesystem::exists(temporarySidecar, failure)) {
@@ -94,7 +97,8 @@ void SceneFile::Finish() {
 }
 
 void SceneFile::Fail(const std::string& what) const {
-  throw OutputError("cannot write " + m_Target.string() + ": " + what);
+  throw OutputError(m_Target.string() + ": cannot write it (" + what +
+                    "); look at the folder and the free space");
 }
 
 } // namespace quent::rasterops::engine::scene

@@ -1,5 +1,5 @@
 /// \file
-/// One GeoTIFF of the sample scene, which appears under its name only when it is complete.
+/// One GeoTIFF of the sample scene, which gets its name when it is complete.
 #pragma once
 
 #include <gdal_priv.h>
@@ -19,15 +19,17 @@ public:
             GDALDataType type);
   SceneFile(const SceneFile&) = delete;
   SceneFile& operator=(const SceneFile&) = delete;
-  /// Removes what was not finished.
+  /// Removes what was not published.
   ~SceneFile();
 
   /// Band `number`, from 1, for names, colours and NODATA.
   GDALRasterBand& Band(int number);
   /// Writes all pixels of a band from an array of the file's type.
   void Write(int number, const void* pixels);
-  /// Closes the file and gives it its name, replacing one that was there.
-  void Finish();
+  /// Completes the file under its temporary name.
+  void Close();
+  /// Gives it its name.
+  void Publish();
 
 private:
   struct Closer {

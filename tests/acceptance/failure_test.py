@@ -4,7 +4,6 @@ import os
 import signal
 import subprocess
 import time
-import unittest
 
 import numpy
 from osgeo import gdal
@@ -88,12 +87,7 @@ class Failure(harness.Case):
 
     def test_full_disk(self):
         big = self.big_raster()
-        disk = self.folder / "disk"
-        disk.mkdir()
-        mount = ["mount", "-t", "tmpfs", "-o", "size=8m", "tmpfs", str(disk)]
-        if os.geteuid() != 0 or subprocess.run(mount, capture_output=True, check=False).returncode != 0:
-            raise unittest.SkipTest("making a small disk needs root and the right to mount")
-        self.addCleanup(subprocess.run, ["umount", str(disk)], check=True)
+        disk = harness.small_disk(self, "8m")
         for options in ([], ["--of", "COG"], ["--threads", "2", "--tile", "512"]):
             with self.subTest(options=options):
                 line = self.refused(4, "divide", *options, big, big, disk / "out.tif")

@@ -53,6 +53,17 @@ def run(*arguments, **options):
     )
 
 
+def small_disk(case, size):
+    """A file system of its own for a test, `size` large; the test is skipped where it can't be made."""
+    disk = case.folder / "disk"
+    disk.mkdir()
+    mount = ["mount", "-t", "tmpfs", "-o", f"size={size}", "tmpfs", str(disk)]
+    if os.geteuid() != 0 or subprocess.run(mount, capture_output=True, check=False).returncode != 0:
+        raise unittest.SkipTest("making a small disk needs root and the right to mount")
+    case.addCleanup(subprocess.run, ["umount", str(disk)], check=True)
+    return disk
+
+
 class Case(unittest.TestCase):
     """A test with a folder of its own, `self.folder`, removed afterwards."""
 

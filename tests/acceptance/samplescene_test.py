@@ -90,6 +90,18 @@ class SampleScene(harness.Case):
         self.assertLess(typical[ROCK], 2.0)
         self.assertGreater(typical[FOREST], 4.0)
 
+    def test_files_that_exist_are_kept(self):
+        kept = self.folder / "ms.tif"
+        kept.write_text("mine")
+        self.assertIn("ms.tif", self.refused(4, "sample-scene", self.folder))
+        self.assertEqual([path.name for path in self.folder.iterdir()], ["ms.tif"])
+        self.assertEqual(kept.read_text(), "mine")
+
+    def test_full_disk(self):
+        scene = harness.small_disk(self, "6m") / "scene"
+        self.refused(4, "sample-scene", scene)
+        self.assertEqual(list(scene.iterdir()), [], "no file of it")
+
     def test_place_that_cannot_be_made(self):
         taken = self.folder / "taken"
         taken.write_text("a file")
