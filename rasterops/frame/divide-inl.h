@@ -9,6 +9,7 @@
 #include <hwy/highway.h>
 
 #include <cstddef>
+#include <limits>
 #include <type_traits>
 
 HWY_BEFORE_NAMESPACE();
@@ -86,7 +87,20 @@ unsigned DivideRow(const void* dividend, const Byte* dividendMask, const void* d
   return SeenBits(any, all);
 }
 
-/// The same for complex pixels of two T each, real part first.
+/// Gives every NaN in a valid complex pixel the same bits. Of two NaN operands, the one that comes out of a
+/// sum or a product depends on the order that the compiler chose, and so on the target.
+template <class T> HWY_INLINE void UniteNaNs(T* pixels, const Byte* mask, std::size_t count) {
+  Byte any = 0;
+  for (std::size_t i = 0; i < 2 * count; ++i)
+    any |= static_cast<Byte>(pixels[i] == pixels[i] ? 0 : 1);
+  if (!any)
+    return;
+  for (std::size_t i = 0; i < 2 * count; ++i)
+    if (mask[i / 2] && pixels[i] != pixels[i])
+      pixels[i] = std::numeric_limits<T>::quiet_NaN();
+}
+
+/// DivideRow() for complex pixels of two T each, real part first.
 template <class T, bool masked>
 unsigned DivideComplexRow(const void* dividend, const Byte* dividendMask, const void* divisor,
                           const Byte* divisorMask, void* result, Byte* resultMask, std::size_t count) {
@@ -115,6 +129,7 @@ unsigned DivideComplexRow(const void* dividend, const Byte* dividendMask, const 
     all &= valid;
     any |= valid;
   }
+  UniteNaNs(out, resultMask, count);
   return SeenBits(any, all);
 }
 
