@@ -52,6 +52,12 @@ TEST_P(PixelBlockText, PrintsWholeNumbersWithoutAndOthersWithDecimals) {
   EXPECT_EQ(TextOf(*block), L"{\n\t2,\t2.5,\t-0.125\n\tnan,\t1234567,\t1e-07\n}\n");
 }
 
+TEST_P(PixelBlockText, PrintsWholeNumbersThatNoLongHoldsAsDoubles) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  const BlockPtr block = MakeBlock(F64, 3, 1, {infinity, -infinity, 1e30});
+  EXPECT_EQ(TextOf(*block), L"{\n\tinf,\t-inf,\t1e+30\n}\n");
+}
+
 TEST_P(PixelBlockText, PrintsTheRealPartOfComplexPixels) {
   const BlockPtr block = MakeBlock(C64, 2, 1, {1.5, -3});
   EXPECT_EQ(TextOf(*block), L"{\n\t1.5,\t-3\n}\n");

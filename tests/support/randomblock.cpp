@@ -18,13 +18,14 @@ std::shared_ptr<Bytes> RandomBytes(Random& random, std::size_t count) {
   return bytes;
 }
 
-/// Wraps new random memory. Pixels start a few pixels into it, so that rows are seldom aligned.
+/// Wraps new random memory. Pixels start a few elements into it, so that rows are seldom aligned: those of
+/// complex pixels no more than their parts are.
 MadeBlock WrapNewMemory(Random& random, Rbuf_PixelType type, int planes, Size size, bool lineInterleaved) {
   const int pixelBytes = reference::PixelBytes(type);
   const int rowBytes = (size.width + random.Between(1, 5)) * pixelBytes;
   const int pitch = lineInterleaved ? rowBytes * planes : rowBytes;
   const int stride = lineInterleaved ? rowBytes : rowBytes * size.height + random.Between(0, 3) * pixelBytes;
-  const int start = random.Between(0, 3) * pixelBytes;
+  const int start = random.Between(0, 3) * (reference::IsComplex(type) ? pixelBytes / 2 : pixelBytes);
   MadeBlock made;
   made.storage = RandomBytes(random, static_cast<std::size_t>(start + stride * planes + pitch * size.height));
   made.block = boost::make_shared<tilx::PixelBlock>(planes, size.width, size.height, type,
