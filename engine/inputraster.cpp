@@ -151,6 +151,8 @@ void InputRaster::describeBlocks() {
   m_BlockBytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
                  static_cast<std::size_t>(GDALGetDataTypeSizeBytes(first.GetRasterDataType())) *
                  (byPixel ? static_cast<std::size_t>(count) : 1);
+  const bool coded = m_Dataset->GetMetadataItem("COMPRESSION", "IMAGE_STRUCTURE") != nullptr;
+  m_HandleBytes = m_BlockBytes * ((byPixel ? 1U : 0U) + (coded ? 1U : 0U));
   m_BlocksStandAlone = !byPixel;
   for (const InputBand& band : m_Bands) {
     GDALRasterBand& source = *m_Dataset->GetRasterBand(band.number);

@@ -69,6 +69,8 @@ public:
   Size BlockSize() const { return m_Block; }
   /// Bytes of one block in GDAL's cache, of all bands if the file interleaves them by pixel.
   std::size_t BlockBytes() const { return m_BlockBytes; }
+  /// Bytes that one handle holds beside GDAL's cache: the block that is being taken apart, and the coded one.
+  std::size_t HandleBytes() const { return m_HandleBytes; }
   /// True if single blocks of a band can be read without decoding those of other bands, in the type of the
   /// blocks in memory.
   bool BlocksStandAlone() const { return m_BlocksStandAlone; }
@@ -96,6 +98,7 @@ private:
   Georeference m_Place;
   Size m_Block{1, 1};
   std::size_t m_BlockBytes = 0;
+  std::size_t m_HandleBytes = 0;
   bool m_BlocksStandAlone = false;
 };
 

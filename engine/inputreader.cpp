@@ -43,7 +43,7 @@ std::size_t InputReader::Bytes(const InputRaster& raster, Size tile) {
   });
   if (hasMask)
     bytes += TileBlockBytes(U8, 1, tile);
-  return bytes + std::min(raster.BlockBytes(), largestScratch);
+  return bytes + raster.HandleBytes() + std::min(raster.BlockBytes(), largestScratch);
 }
 
 const boost::shared_ptr<tilx::PixelBlock>& InputReader::Read(const Tile& tile) {

@@ -18,6 +18,7 @@ constexpr std::size_t usefulPlane = mebibyte;           ///< larger planes leave
 constexpr std::size_t largestRowsPlane = 32 * mebibyte; ///< what whole rows of strips may take
 constexpr long smallestSide = 16;
 constexpr std::size_t largestPool = 64 * mebibyte;
+constexpr std::size_t slack = 4 * mebibyte;    ///< by which the process may differ from run to run
 constexpr double largestRecord = 2147483647.0; ///< pixels and bytes of a row that a record can count
 
 bool countable(Size tile, std::size_t pixelBytes) {
@@ -84,9 +85,11 @@ TileChoice cost(const TileNeeds& needs, Size tile, unsigned threads, bool fullCa
   choice.tile = tile;
   choice.threads = threads;
   const std::size_t lane = needs.laneBytes(tile);
-  choice.cacheBytes = std::max(needs.leastCache, fullCache ? needs.cacheBytes(tile, threads) : 0);
+  choice.cacheBytes = std::max(needs.leastCache(threads), fullCache ? needs.cacheBytes(tile, threads) : 0);
   choice.poolBytes = std::min(largestPool, lane);
-  choice.totalBytes = needs.processBytes + threads * lane + choice.cacheBytes + choice.poolBytes;
+  const std::size_t cache = choice.cacheBytes + choice.cacheBytes / 8; // GDAL does not count its own records
+  choice.totalBytes =
+      std::max(needs.leastBytes, needs.processBytes + threads * lane + cache + choice.poolBytes);
   return choice;
 }
 
@@ -138,7 +141,8 @@ TileChoice ChooseTiles(const TileNeeds& needs, const TileWishes& wishes) {
   throw MemoryError("one tile of " + std::to_string(least.tile.width) + " x " +
                     std::to_string(least.tile.height) + " pixels takes " + MemorySizeText(least.totalBytes) +
                     ", the budget is " + MemorySizeText(wishes.budget) + "; give --memory " +
-                    MemorySizeText(least.totalBytes) + (automatic ? " or more" : " or a smaller --tile"));
+                    MemorySizeText(least.totalBytes + slack) +
+                    (automatic ? " or more" : " or a smaller --tile"));
 }
 
 } // namespace quent::rasterops::engine

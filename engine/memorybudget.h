@@ -27,9 +27,10 @@ struct TileNeeds {
   bool stripsOnly = false;                               ///< all inputs have blocks as wide as the raster
   std::size_t largestPixel = 1;                          ///< bytes, of all planes that a tile has
   std::size_t processBytes = 0;                          ///< what the process holds beside the tiles
-  std::size_t leastCache = 0;                            ///< below this GDAL's cache has no effect
+  std::size_t leastBytes = 0;                            ///< what a step takes that comes after the tiles
   std::function<std::size_t(Size)> laneBytes;            ///< of one thread
   std::function<std::size_t(Size, unsigned)> cacheBytes; ///< so that no block is read twice, by threads
+  std::function<std::size_t(unsigned)> leastCache;       ///< of blocks in use at once, by threads
 };
 
 /// What the user wants.

@@ -21,6 +21,9 @@ std::vector<const char*> pointers(const std::vector<std::string>& items) {
   return result;
 }
 
+/// Copying goes through the raster once; more cache would not make it faster.
+constexpr GIntBig copyCache = GIntBig{16} << 20;
+
 /// Passes GDAL's progress on.
 int CPL_STDCALL forward(double fraction, const char*, void* progress) {
   return (*static_cast<const Progress*>(progress))(fraction) ? TRUE : FALSE;
@@ -194,6 +197,9 @@ void OutputRaster::close() {
 }
 
 void OutputRaster::copy(const Progress& progress) {
+  // The tiles are done: what they took is the copy's now.
+  rsys_HeapSetPoolLimit(0);
+  GDALSetCacheMax64(std::min(GDALGetCacheMax64(), copyCache));
   const GdalMessages messages;
   const std::string path = m_Temporary.ScratchPath();
   GDALDatasetUniquePtr source(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));

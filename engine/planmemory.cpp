@@ -15,6 +15,8 @@ constexpr std::size_t mebibyte = std::size_t{1} << 20;
 constexpr std::size_t runOverhead = 24 * mebibyte;
 constexpr std::size_t laneOverhead = 2 * mebibyte;
 constexpr std::size_t smallestCache = 8 * mebibyte;
+/// Of a driver that copies the finished dataset, its share of GDAL's cache included.
+constexpr std::size_t copyBytes = 80 * mebibyte;
 constexpr std::size_t baseCache = 16 * mebibyte;
 
 std::size_t area(Size size) {
@@ -82,13 +84,16 @@ void PlanMemory(const Request& request, RunPlan& plan) {
     return input.IsStrips() || input.RasterSize() != needs.raster;
   });
   needs.largestPixel = std::max(PixelBytes(plan.resultType), PixelBytes(plan.output.shape.type));
-  needs.leastCache = smallestCache;
+  std::size_t blocks = 0;
   for (const InputRaster& input : plan.inputs) {
     needs.largestPixel =
         std::max({needs.largestPixel, PixelBytes(input.NativeType()), PixelBytes(input.Type())});
-    needs.leastCache = std::max(needs.leastCache, 2 * input.BlockBytes());
+    blocks += input.BlockBytes();
   }
   needs.processBytes = base::ResidentBytes() + runOverhead;
+  if (plan.format->Copies())
+    needs.leastBytes = needs.processBytes + copyBytes;
+  needs.leastCache = [blocks](unsigned threads) { return std::max(smallestCache, threads * blocks); };
   needs.laneBytes = [&plan](Size tile) { return laneBytes(plan, tile); };
   needs.cacheBytes = [&plan](Size tile, unsigned threads) { return cacheBytes(plan, tile, threads); };
   plan.budget = request.memory.value_or(DefaultMemoryBudget(base::MemoryLimit()));
