@@ -8,6 +8,8 @@
 #include "support/foreignblock.h"
 #include "support/simdtest.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -28,7 +30,7 @@ std::wstring TextOf(PixelBlock& block) {
 
 /// What ToFileAsString writes.
 std::string FileTextOf(PixelBlock& block) {
-  const std::string path = testing::TempDir() + "pixelblock_text.txt";
+  const std::string path = testing::TempDir() + "pixelblock_text_" + std::to_string(::getpid()) + ".txt";
   ErrorSlot slot;
   _rfile_FdRec* file = rfile_OpenForWriting(path.c_str(), slot);
   block.ToFileAsString(file);
