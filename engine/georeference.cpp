@@ -49,6 +49,18 @@ bool Georeference::Empty() const {
   return !m_Transform && !m_Crs && !m_ControlPoints && m_Rpc.empty();
 }
 
+void Georeference::Complete(const Georeference& other) {
+  if (!m_Transform && !m_ControlPoints) {
+    m_Transform = other.m_Transform;
+    m_ControlPoints = other.m_ControlPoints;
+    m_AreaOrPoint = other.m_AreaOrPoint;
+  }
+  if (!m_Crs)
+    m_Crs = other.m_Crs;
+  if (m_Rpc.empty())
+    m_Rpc = other.m_Rpc;
+}
+
 std::string Georeference::Difference(const Georeference& other, Size size) const {
   if (m_Crs && other.m_Crs) {
     const char* const options[] = {"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES", nullptr};

@@ -30,6 +30,8 @@ public:
   /// Empty if both rasters, which have the same size, show the same ground or one has no georeference; else
   /// how they differ, in words. Corners may be a thousandth of a pixel apart.
   std::string Difference(const Georeference& other, Size size) const;
+  /// Takes over what is not known yet.
+  void Complete(const Georeference& other);
   /// Writes all of it to a new dataset; false if the format does not take some of it.
   bool Store(GDALDataset& dataset) const;
 

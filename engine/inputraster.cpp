@@ -48,6 +48,14 @@ bool isAlpha(GDALRasterBand& band) {
   return band.GetColorInterpretation() == GCI_AlphaBand;
 }
 
+/// Number of the first alpha band; 0 if there is none.
+int alphaBand(GDALDataset& dataset) {
+  for (int i = 1; i <= dataset.GetRasterCount(); ++i)
+    if (isAlpha(*dataset.GetRasterBand(i)))
+      return i;
+  return 0;
+}
+
 } // namespace
 
 GDALDatasetUniquePtr OpenInput(const std::string& path, const std::vector<std::string>& openOptions) {
@@ -81,12 +89,17 @@ InputRaster::InputRaster(const InputRequest& request, std::optional<Rbuf_PixelTy
     types.push_back(band.type.value_or(F64));
   }
   m_Native = UnionType(types);
-  if (BufferType(S8) == GDT_Byte && m_Native != S8 && std::count(types.begin(), types.end(), S8) > 0)
-    throw InputError(request.path + ": bands of type S8 and others cannot be read together; select bands of "
-                                    "one type");
   m_Type = as.value_or(m_Native);
   describeBands();
   describeBlocks();
+}
+
+void InputRaster::CheckOneBuffer() const {
+  const bool anySigned =
+      std::any_of(m_Bands.begin(), m_Bands.end(), [](const InputBand& band) { return band.type == S8; });
+  if (BufferType(S8) == GDT_Byte && m_Native != S8 && anySigned)
+    throw InputError(m_Request.path + ": bands of type S8 and others cannot be read together; select bands "
+                                      "of one type");
 }
 
 InputRaster::InputRaster(const InputRequest& request, const std::string& option, Rbuf_PixelType type)
@@ -126,9 +139,15 @@ void InputRaster::selectBands() {
 }
 
 void InputRaster::describeBands() {
+  const int alpha = alphaBand(*m_Dataset);
   for (InputBand& band : m_Bands) {
     GDALRasterBand& source = *m_Dataset->GetRasterBand(band.number);
     band.source = maskSource(source, band.type);
+    // GDAL makes a mask of an alpha band only if it is the second of two or the fourth of four.
+    if (band.source == MaskSource::AllValid && alpha != 0 && !isAlpha(source)) {
+      band.source = MaskSource::Dataset;
+      band.alpha = alpha;
+    }
     band.declaredNoData = declaredNoData(source);
     if (band.source != MaskSource::NoData || !band.declaredNoData)
       continue;

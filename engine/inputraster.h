@@ -35,6 +35,9 @@ struct InputBand {
   int number = 1;
   std::optional<Rbuf_PixelType> type; ///< none for 64-bit integers
   MaskSource source = MaskSource::AllValid;
+  /// Band whose values other than 0 say what is valid, where GDAL makes no mask of the file's alpha band; 0
+  /// elsewhere.
+  int alpha = 0;
   std::optional<double> declaredNoData; ///< as the file states it
   /// Of MaskSource::NoData, in the type of the blocks; none where the band's type cannot hold the value, so
   /// that no pixel has it.
@@ -76,6 +79,9 @@ public:
   bool BlocksStandAlone() const { return m_BlocksStandAlone; }
   /// True if a block is as wide as the raster.
   bool IsStrips() const { return m_Block.width >= m_Size.width; }
+
+  /// \throws InputError if the selected bands cannot be read into one block
+  void CheckOneBuffer() const;
 
   /// The dataset that the description was read from, the first time; a new handle after that. Not to be
   /// called from two threads at once. \throws InputError

@@ -160,19 +160,39 @@ void InputReader::readMasks(const Tile& tile) {
 void InputReader::readMask(const Tile& tile, std::size_t plane) {
   const auto& mask = m_Mask.Shape({tile.width, tile.height});
   const _Rbuf_BaseData& target = *mask->getPlaneData(0);
+  const int alpha = m_Raster.Bands()[plane].alpha;
+  GDALRasterBand& source =
+      *(alpha ? m_Handle->GetRasterBand(alpha) : m_Handle->GetRasterBand(m_Numbers[plane])->GetMaskBand());
+  if (GDALDataTypeIsFloating(source.GetRasterDataType()))
+    return readFractions(tile, source, target);
+  // Wider integers saturate at 255, so that what is not 0 stays so.
   const GdalMessages messages;
-  const CPLErr result = m_Handle->GetRasterBand(m_Numbers[plane])
-                            ->GetMaskBand()
-                            ->RasterIO(GF_Read, static_cast<int>(tile.x), static_cast<int>(tile.y),
-                                       static_cast<int>(tile.width), static_cast<int>(tile.height),
-                                       target.data, static_cast<int>(tile.width),
-                                       static_cast<int>(tile.height), GDT_Byte, 1, target.pitch, nullptr);
+  const CPLErr result = source.RasterIO(GF_Read, static_cast<int>(tile.x), static_cast<int>(tile.y),
+                                        static_cast<int>(tile.width), static_cast<int>(tile.height),
+                                        target.data, static_cast<int>(tile.width),
+                                        static_cast<int>(tile.height), GDT_Byte, 1, target.pitch, nullptr);
   if (result != CE_None || messages.Failed())
     fail(tile, "its mask: " + messages.Reason());
   for (std::ptrdiff_t row = 0; row < target.rows; ++row) {
     unsigned char* const bytes = target.data + row * target.pitch;
     for (std::int32_t column = 0; column < target.columns; ++column)
       bytes[column] = bytes[column] != 0 ? 255 : 0;
+  }
+}
+
+/// A mask of fractions, row by row: as bytes those below one half would become 0.
+void InputReader::readFractions(const Tile& tile, GDALRasterBand& band, const _Rbuf_BaseData& target) {
+  const GdalMessages messages;
+  std::vector<double> row(static_cast<std::size_t>(tile.width));
+  for (long y = 0; y < tile.height; ++y) {
+    const CPLErr result = band.RasterIO(GF_Read, static_cast<int>(tile.x), static_cast<int>(tile.y + y),
+                                        static_cast<int>(tile.width), 1, row.data(),
+                                        static_cast<int>(tile.width), 1, GDT_Float64, 0, 0, nullptr);
+    if (result != CE_None || messages.Failed())
+      fail(tile, "its mask: " + messages.Reason());
+    unsigned char* const bytes = target.data + y * target.pitch;
+    for (std::size_t column = 0; column < row.size(); ++column)
+      bytes[column] = row[column] != 0.0 ? 255 : 0;
   }
 }
 

@@ -31,6 +31,7 @@ private:
   void readBlocks(const Tile& tile, std::size_t plane);
   void readMasks(const Tile& tile);
   void readMask(const Tile& tile, std::size_t plane);
+  void readFractions(const Tile& tile, GDALRasterBand& band, const _Rbuf_BaseData& target);
   const boost::shared_ptr<tilx::PixelBlock>& finish();
   [[noreturn]] void fail(const Tile& tile, const std::string& reason) const;
 

@@ -106,6 +106,17 @@ long positive(const Options& options, const std::string& key) {
   return value;
 }
 
+/// Formats that have a lossless form write that one, unless the user chose a quality.
+void keepValues(GDALDriver& driver, Options& options) {
+  const std::string name = driver.GetDescription();
+  if (name == "JP2OpenJPEG" && !options.count("QUALITY") && !options.count("REVERSIBLE")) {
+    options["QUALITY"] = "100";
+    options["REVERSIBLE"] = "YES";
+  }
+  if (name == "WEBP" && !options.count("QUALITY"))
+    options.emplace("LOSSLESS", "YES");
+}
+
 void validate(GDALDriver& driver, const std::vector<std::string>& options) {
   std::vector<const char*> items;
   for (const std::string& option : options)
@@ -132,6 +143,7 @@ OutputFormat::OutputFormat(const OutputRequest& request, const OutputShape& shap
              std::min(largestBlock, RoundUp(shape.size.height, 16))};
   OutputRequest tiles = request;
   if (m_Copies) {
+    keepValues(*m_Driver, user);
     m_CopyOptions = list(user);
     tiles.creationOptions.clear();
   }

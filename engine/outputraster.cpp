@@ -163,6 +163,7 @@ void OutputRaster::writeMask(const Tile& tile, const unsigned char* mask) {
       throw OutputError(m_Plan.request.path + ": " + m_Format.Name() +
                         " cannot hold a mask; give --output-nodata VALUE or another --of");
     m_Mask = m_Dataset->GetRasterBand(1)->GetMaskBand();
+    m_Masked = true;
   }
   std::vector<unsigned char> valid;
   if (!mask)
@@ -184,6 +185,8 @@ void OutputRaster::Finish(const Progress& progress) {
   close();
   if (m_Format.Copies())
     copy(progress);
+  if (!progress(1.0))
+    throw Cancelled();
   m_Temporary.Commit();
 }
 
@@ -219,12 +222,35 @@ void OutputRaster::copy(const Progress& progress) {
   if (!m_Dataset || messages.Failed())
     fail(messages.Reason());
   close();
+  checkCopy();
+}
+
+/// Drivers that only copy leave out without a word what their format cannot hold.
+void OutputRaster::checkCopy() {
+  const GdalMessages messages;
+  const GDALDatasetUniquePtr copied(GDALDataset::Open(m_Temporary.Path().c_str(), GDAL_OF_RASTER));
+  if (!copied || copied->GetRasterCount() == 0)
+    return; // a format that GDAL writes, but does not read in this form
+  GDALRasterBand& band = *copied->GetRasterBand(1);
+  if (HasMask() && (band.GetMaskFlags() & GMF_ALL_VALID))
+    throw OutputError(m_Plan.request.path + ": " + m_Format.Name() +
+                      " cannot hold a mask; give --output-nodata VALUE or another --of");
+  int declared = 0;
+  const double value = band.GetNoDataValue(&declared);
+  const double wanted = m_Plan.noData.number;
+  const bool same = value == wanted || (value != value && wanted != wanted);
+  if (m_Plan.noData.kind == NoDataPlan::Kind::Value && !(declared && same))
+    m_Warnings.push_back(m_Plan.request.path + ": " + m_Format.Name() + " does not keep the NODATA value " +
+                         NumberText(wanted) +
+                         "; pixels that hold it will be read as valid, unless another --of is given");
 }
 
 void OutputRaster::fail(const std::string& gdalReason) const {
   // The temporary name means nothing to the user.
   std::string reason = gdalReason;
-  for (const std::string& prefix : {m_Temporary.Path() + ": ", m_Temporary.Path()})
+  const std::string scratch = m_Temporary.ScratchPath();
+  for (const std::string& prefix :
+       {m_Temporary.Path() + ": ", m_Temporary.Path(), scratch + ": ", scratch + ", ", scratch})
     if (const std::size_t at = reason.find(prefix); at != std::string::npos)
       reason.erase(at, prefix.size());
   throw OutputError(m_Plan.request.path + ": cannot write it as " + m_Format.Name() + " (" + reason +

@@ -52,7 +52,7 @@ public:
   /// What the format could not take of georeference and labels, a line each.
   const std::vector<std::string>& Warnings() const { return m_Warnings; }
   /// True if the file has a mask, so that pixels of all bands are invalid together.
-  bool HasMask() const { return m_Mask != nullptr; }
+  bool HasMask() const { return m_Masked; }
 
 private:
   void create();
@@ -63,6 +63,7 @@ private:
   void writeMask(const Tile& tile, const unsigned char* mask);
   void close();
   void copy(const Progress& progress);
+  void checkCopy();
   [[noreturn]] void fail(const std::string& gdalReason) const;
 
   const OutputPlan& m_Plan;
@@ -74,6 +75,7 @@ private:
   Size m_Block;
   bool m_BlocksStandAlone = false;
   GDALRasterBand* m_Mask = nullptr;
+  bool m_Masked = false;        ///< the mask was made; holds after the dataset is closed
   std::vector<Tile> m_Unmasked; ///< written without a mask so far
 };
 

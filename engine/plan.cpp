@@ -22,7 +22,7 @@ std::vector<InputRaster> openInputs(const Request& request) {
   std::vector<InputRaster> files;
   for (const InputRequest& input : request.inputs)
     if (!input.path.empty())
-      files.emplace_back(input, request.readAs);
+      files.emplace_back(input, request.readAs).CheckOneBuffer();
   if (files.empty())
     throw UsageError("at least one input must be a raster; give a file in place of a value");
   const Rbuf_PixelType type = files.front().Type();
@@ -49,7 +49,7 @@ void checkTypes(const catalogue::Operator& op, const std::vector<InputRaster>& i
   }
 }
 
-/// The common size of all inputs that are no single values, and the place of the first that has one.
+/// The common size of all inputs that are no single values, and what they together tell of their place.
 Size checkGrids(const catalogue::Operator& op, const std::vector<InputRaster>& inputs, Georeference& place) {
   const InputRaster* main = nullptr;
   for (const InputRaster& input : inputs)
@@ -66,15 +66,14 @@ Size checkGrids(const catalogue::Operator& op, const std::vector<InputRaster>& i
   for (const InputRaster& input : inputs) {
     if (input.RasterSize() != main->RasterSize() || input.Place().Empty())
       continue;
-    if (!placed)
-      placed = &input;
-    const std::string difference = placed->Place().Difference(input.Place(), main->RasterSize());
+    const std::string difference = place.Difference(input.Place(), main->RasterSize());
     if (!difference.empty())
       throw InputError(input.Path() + ": lies elsewhere than " + placed->Path() + " (" + difference +
                        "); bring both to one grid, as by gdalwarp");
+    place.Complete(input.Place());
+    if (!placed)
+      placed = &input;
   }
-  if (placed)
-    place = placed->Place();
   return main->RasterSize();
 }
 

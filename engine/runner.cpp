@@ -122,12 +122,12 @@ std::vector<std::string> Run(RunPlan& plan, const RunHooks& hooks) {
     TileQueue queue(plan, hooks, output);
     workOnThreads(queue, plan.tiles.threads);
     queue.Check();
-    std::vector<std::string> warnings = output.Warnings();
     output.Finish([&hooks](double fraction) {
       if (hooks.progress)
         hooks.progress(fraction);
       return !(hooks.cancelled && hooks.cancelled());
     });
+    std::vector<std::string> warnings = output.Warnings();
     addWarnings(plan, queue.Counts(), warnings);
     return warnings;
   } catch (const std::bad_alloc&) {

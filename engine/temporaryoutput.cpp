@@ -21,13 +21,18 @@ constexpr const char* scratchName = ".scratch";
 /// part of the new one.
 constexpr std::array<const char*, 3> sidecars = {".aux.xml", ".msk", ".ovr"};
 
+/// A link stays a link: what it points to is made or replaced.
 std::string resolve(const std::string& target) {
-  // A link stays a link: what it points to is replaced.
+  constexpr int mostLinks = 40; // in a row, as systems have it; more are a circle
+  fs::path path = target;
   std::error_code error;
-  if (!fs::is_symlink(target, error))
-    return target;
-  const fs::path resolved = fs::weakly_canonical(target, error);
-  return error ? target : resolved.string();
+  for (int i = 0; i < mostLinks && fs::is_symlink(path, error); ++i) {
+    const fs::path next = fs::read_symlink(path, error);
+    if (error)
+      return target;
+    path = path.parent_path() / next;
+  }
+  return path.string();
 }
 
 void checkTarget(const std::string& name, const std::string& target, bool overwrite) {
@@ -108,8 +113,9 @@ void TemporaryOutput::moveFiles() {
     stale.erase(name);
   }
   base::ReplaceFile(Path(), m_Target);
+  std::error_code ignored; // the output is in place; what cannot go is a folder and no sidecar
   for (const std::string& name : stale)
-    fs::remove(folder / name);
+    fs::remove(folder / name, ignored);
 }
 
 } // namespace quent::rasterops::engine

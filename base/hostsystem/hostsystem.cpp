@@ -62,11 +62,13 @@ bool CancelRequested() {
 
 std::string MakeTemporaryFolderBeside(const std::string& path) {
   const fs::path target(path);
+  // Most systems take names of up to 255 bytes; this one is longer than the target's.
+  const std::string shown = target.filename().string().substr(0, 200);
   std::random_device source;
   constexpr char letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
   std::uniform_int_distribution<std::size_t> letter(0, sizeof(letters) - 2);
   for (int attempt = 0; attempt < 100; ++attempt) {
-    std::string name = "." + target.filename().string() + ".rasterops-";
+    std::string name = "." + shown + ".rasterops-";
     for (int i = 0; i < 6; ++i)
       name += letters[letter(source)];
     const fs::path folder = target.parent_path() / name;
@@ -107,13 +109,14 @@ bool StandardErrorIsTerminal() {
   return _isatty(2) != 0;
 }
 
+extern "C" void rasteropsCatchSignal(int signal) {
+  cancelRequested.store(true);
+  std::signal(signal, rasteropsCatchSignal); // the system has undone it
+}
+
 void CatchCancelRequests() {
-  const auto handler = [](int signal) {
-    cancelRequested.store(true);
-    std::signal(signal, SIG_DFL);
-  };
-  std::signal(SIGINT, handler);
-  std::signal(SIGTERM, handler);
+  std::signal(SIGINT, rasteropsCatchSignal);
+  std::signal(SIGTERM, rasteropsCatchSignal);
 }
 
 #else
@@ -159,7 +162,7 @@ void CatchCancelRequests() {
       continue;
     struct sigaction action {};
     action.sa_handler = [](int) { cancelRequested.store(true); };
-    action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
+    action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
     sigaction(signal, &action, nullptr);
   }

@@ -26,7 +26,7 @@ RASTEROPS_API unsigned AvailableProcessors();
 /// True if standard error is a terminal.
 RASTEROPS_API bool StandardErrorIsTerminal();
 
-/// From now on Ctrl-C, a request to terminate and a hang-up only set a flag; a second one ends the process.
+/// From now on Ctrl-C, a request to terminate and a hang-up only set a flag, however often they come.
 /// Those that the process was started to ignore stay ignored.
 RASTEROPS_API void CatchCancelRequests();
 /// True once one was caught. Safe from any thread.

@@ -40,7 +40,8 @@ private:
 /// - Integers truncate toward zero and keep their low bits: -128 / -1 gives -128, and -2147483648 / -1
 ///   gives -2147483648. Floats divide by IEEE rules; -0.0 is zero and NaN is not; a NaN or an infinity
 ///   that comes out is valid.
-/// - C64 and C128: (p + qi) / (c + di) is ((pc + qd) + (qc - pd)i) / (cc + dd), without rescaling.
+/// - C64 and C128: (p + qi) / (c + di) is ((pc + qd) + (qc - pd)i) / (cc + dd), without rescaling. A NaN
+///   that comes out is the quiet NaN, so that its bits do not depend on the processor.
 ///
 /// Threads: runs on the calling thread. Runs with different results may go on at once.
 class RASTEROPS_API Divide : public gpu::GPUOperation {

@@ -200,7 +200,8 @@ public:
   boost::shared_ptr<BufferAccessor> getMaskAccessor(long plane, bool readOnly) override;
   /// Writable.
   boost::shared_ptr<BufferAccessor> getMaskAccessor(long plane) override;
-  /// All pixels as text: a line a row, "{" and "}" around a plane. Whole numbers print as such.
+  /// All pixels as text: a line a row, "{" and "}" around a plane. Whole numbers that a long holds print as
+  /// such, all others as doubles.
   void ToString(std::wstring& out) override;
   ~PixelBlock() override;
 

@@ -36,6 +36,21 @@ template <class T> HWY_INLINE bool Same(T a, T b) {
   return a == b;
 }
 
+/// Pixel `i` of a row. C64 pixels are compared as 64 bits, but aligned no more than their parts need be. A
+/// pair is loaded part by part: as a whole it would keep the loop from becoming vector code.
+template <class T> HWY_INLINE void LoadPixel(const Byte* row, std::size_t i, T& pixel) {
+  std::memcpy(&pixel, row + i * sizeof(T), sizeof(T));
+}
+template <class T> HWY_INLINE void LoadPixel(const Byte* row, std::size_t i, Pair<T>& pixel) {
+  LoadPixel(row, 2 * i, pixel.first);
+  LoadPixel(row, 2 * i + 1, pixel.second);
+}
+template <class T> HWY_INLINE T PixelAt(const void* row, std::size_t i) {
+  T pixel;
+  LoadPixel(static_cast<const Byte*>(row), i, pixel);
+  return pixel;
+}
+
 /// Bits of a mask row: 255 is valid, all else invalid.
 unsigned LookAtMaskRow(const Byte* mask, std::size_t count) {
   Byte all = 255;
@@ -50,11 +65,11 @@ unsigned LookAtMaskRow(const Byte* mask, std::size_t count) {
 
 /// 0 where `same(pixel)`, else 255.
 template <class T, class Test>
-HWY_INLINE unsigned MaskWhereNot(const T* row, Byte* mask, std::size_t count, Test same) {
+HWY_INLINE unsigned MaskWhereNot(const void* row, Byte* mask, std::size_t count, Test same) {
   Byte all = 255;
   Byte any = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    const T pixel = row[i];
+    const T pixel = PixelAt<T>(row, i);
     const Byte m = same(pixel) ? 0 : 255;
     mask[i] = m;
     all &= m;
@@ -74,7 +89,7 @@ template <class T> struct IsNaN {
 template <class T> unsigned MaskEqualRow(const void* row, Byte* mask, std::size_t count, const void* value) {
   EqualTo<T> same;
   std::memcpy(&same.value, value, sizeof(T));
-  return MaskWhereNot(static_cast<const T*>(row), mask, count, same);
+  return MaskWhereNot<T>(row, mask, count, same);
 }
 
 /// Floats are equal by floating comparison; a NaN value matches every NaN.
@@ -82,8 +97,8 @@ template <class T> unsigned MaskFloatRow(const void* row, Byte* mask, std::size_
   T nodata;
   std::memcpy(&nodata, value, sizeof(T));
   if (nodata != nodata)
-    return MaskWhereNot(static_cast<const T*>(row), mask, count, IsNaN<T>());
-  return MaskWhereNot(static_cast<const T*>(row), mask, count, EqualTo<T>{nodata});
+    return MaskWhereNot<T>(row, mask, count, IsNaN<T>());
+  return MaskWhereNot<T>(row, mask, count, EqualTo<T>{nodata});
 }
 
 void MinimumRow(Byte* composite, const Byte* mask, std::size_t count) {
@@ -108,10 +123,9 @@ unsigned LookAtCompositeRow(const Byte* composite, std::size_t count) {
 template <class T> bool HoldsPixel(const void* row, std::size_t count, const void* value) {
   T searched;
   std::memcpy(&searched, value, sizeof(T));
-  const T* const pixels = static_cast<const T*>(row);
   Byte found = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    const T pixel = pixels[i];
+    const T pixel = PixelAt<T>(row, i);
     found |= static_cast<Byte>(Same(pixel, searched) ? 255 : 0);
   }
   return found != 0;
@@ -121,7 +135,7 @@ template <class T> bool HoldsPixel(const void* row, std::size_t count, const voi
 template <class T> void FillInvalid(void* row, const Byte* mask, std::size_t count, const void* value) {
   T fill;
   std::memcpy(&fill, value, sizeof(T));
-  T* const pixels = static_cast<T*>(row);
+  Byte* const pixels = static_cast<Byte*>(row);
   constexpr std::size_t step = 256;
   for (std::size_t start = 0; start < count; start += step) {
     const std::size_t n = count - start < step ? count - start : step;
@@ -129,8 +143,9 @@ template <class T> void FillInvalid(void* row, const Byte* mask, std::size_t cou
     for (std::size_t i = 0; i < n; ++i)
       zeros |= static_cast<Byte>(mask[start + i] == 0 ? 255 : 0);
     for (std::size_t i = 0; zeros != 0 && i < n; ++i) {
-      const T old = pixels[start + i];
-      pixels[start + i] = mask[start + i] == 0 ? fill : old;
+      const T old = PixelAt<T>(row, start + i);
+      const T pixel = mask[start + i] == 0 ? fill : old;
+      std::memcpy(pixels + (start + i) * sizeof(T), &pixel, sizeof(T));
     }
   }
 }

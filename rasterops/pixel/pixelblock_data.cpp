@@ -2,6 +2,7 @@
 #include "rasterops/computecompositemask.h"
 #include "rasterops/computemask.h"
 #include "rasterops/frame/failure.h"
+#include "rasterops/pixel/planerows.h"
 #include "rasterops/pixelblock.h"
 
 #include <boost/make_shared.hpp>
@@ -110,11 +111,8 @@ PixelBlock::pixelBlockData::pixelBlockData(long planes, long width, long height,
       storage.Release();
     }
     m_PlanesCondition[i] = conditions ? conditions[i] : data ? UNKNOWN : NODATA;
-    if (m_PlanesCondition[i] == NODATA && m_NoDataValues[i]) {
-      rbuf_FillPixels(address, type, m_NoDataValues[i].get(), static_cast<std::size_t>(width * height),
-                      ex.GetErrorSlot());
-      ex.Check(__LINE__);
-    }
+    if (m_PlanesCondition[i] == NODATA && m_NoDataValues[i])
+      FillPlane(*m_Planes[i], m_NoDataValues[i].get(), file, initName);
   }
 }
 

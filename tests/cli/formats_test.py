@@ -130,5 +130,33 @@ class Formats(command.Case):
         self.assertEqual((self.folder / "o.hdr").read_text(), "of someone else")
 
 
+    def test_jpeg2000_is_lossless_unless_asked(self):
+        if not gdal.GetDriverByName("JP2OpenJPEG"):
+            self.skipTest("this GDAL has no JP2OpenJPEG")
+        noise = numpy.random.default_rng(1).integers(1, 256, (40, 60)).astype(numpy.uint8)
+        self.make("a.tif", noise)
+        self.succeed("convert", "--ot", "U8", "a.tif", "o.jp2")
+        numpy.testing.assert_array_equal(self.read("o.jp2")[0], noise)
+
+    def test_a_copied_format_without_masks_is_refused(self):
+        pixels = self.pixels.copy()
+        pixels[3, 4] = 0
+        self.make("a.tif", pixels)
+        self.assertIn("--output-nodata", self.refuse(4, "divide", "--of", "XYZ", "a.tif", "a.tif", "o.xyz"))
+        self.assertFalse((self.folder / "o.xyz").exists())
+
+    def test_a_link_stays_a_link(self):
+        self.make("a.tif", self.pixels)
+        (self.folder / "link.tif").symlink_to("later.tif")
+        self.succeed("convert", "--ot", "U8", "a.tif", "link.tif")
+        self.assertTrue((self.folder / "link.tif").is_symlink())
+        numpy.testing.assert_array_equal(self.read("later.tif")[0], self.pixels)
+
+    def test_a_name_as_long_as_they_come(self):
+        self.make("a.tif", self.pixels)
+        name = "n" * 240 + ".tif"
+        self.succeed("convert", "--ot", "U8", "a.tif", name)
+        numpy.testing.assert_array_equal(self.read(name)[0], self.pixels)
+
 if __name__ == "__main__":
     command.main()

@@ -2,7 +2,7 @@
 import json
 
 import numpy
-from osgeo import gdal
+from osgeo import gdal, osr
 
 import command
 
@@ -168,6 +168,45 @@ class Reading(command.Case):
         for name in ("text.tif", "absent.tif"):
             self.assertIn(name, self.refuse(3, "info", name))
             self.assertIn(name, self.refuse(3, "mask", name, "o.tif"))
+
+
+    def test_alpha_counts_wherever_it_stands(self):
+        planes = numpy.full((5, 1, 6), 7, numpy.uint16)
+        planes[4] = [0, 0, 1, 300, 65534, 65535]
+        self.make("a.tif", planes, options=["PHOTOMETRIC=MINISBLACK"])
+        raster = gdal.Open(str(self.folder / "a.tif"), gdal.GA_Update)
+        raster.GetRasterBand(5).SetColorInterpretation(gdal.GCI_AlphaBand)
+        raster = None
+        self.succeed("mask", "a.tif", "o.tif")
+        self.assertEqual(self.read("o.tif").tolist(), [[[0, 0, 255, 255, 255, 255]]] * 4)
+
+    def test_alpha_of_fractions(self):
+        planes = numpy.stack([numpy.full((1, 4), 7), [[0, 0.2, 0.7, 1]]]).astype(numpy.float32)
+        self.make("a.tif", planes)
+        raster = gdal.Open(str(self.folder / "a.tif"), gdal.GA_Update)
+        raster.GetRasterBand(2).SetColorInterpretation(gdal.GCI_AlphaBand)
+        raster = None
+        self.succeed("mask", "a.tif", "o.tif")
+        self.assertEqual(self.read("o.tif")[0].tolist(), [[0, 255, 255, 255]])
+
+    def test_inputs_together_tell_the_place(self):
+        reference = osr.SpatialReference()
+        reference.ImportFromEPSG(32633)
+        transform = [5e5, 10, 0, 4e6, 0, -10]
+        for name, has_crs, has_transform in (("c.tif", True, False), ("t.tif", False, True)):
+            self.make(name, numpy.ones((4, 4), numpy.uint8))
+            raster = gdal.Open(str(self.folder / name), gdal.GA_Update)
+            if has_crs:
+                raster.SetProjection(reference.ExportToWkt())
+            if has_transform:
+                raster.SetGeoTransform(transform)
+            raster = None
+        for first, second in (("c.tif", "t.tif"), ("t.tif", "c.tif")):
+            with self.subTest(first=first):
+                self.succeed("divide", "--overwrite", first, second, "o.tif")
+                result = self.open("o.tif")
+                self.assertEqual(list(result.GetGeoTransform()), transform)
+                self.assertTrue(result.GetSpatialRef().IsSame(reference))
 
 
 if __name__ == "__main__":
