@@ -3,6 +3,7 @@
 #include "catalogue/arguments.h"
 #include "engine/errors.h"
 #include "engine/gdalerrors.h"
+#include "engine/gdaloptions.h"
 #include "engine/pixeltypes.h"
 
 #include <algorithm>
@@ -13,14 +14,6 @@ namespace quent::rasterops::engine {
 namespace {
 
 using catalogue::PixelTypeName;
-
-std::vector<const char*> pointers(const std::vector<std::string>& items) {
-  std::vector<const char*> result;
-  for (const std::string& item : items)
-    result.push_back(item.c_str());
-  result.push_back(nullptr);
-  return result;
-}
 
 std::optional<double> declaredNoData(GDALRasterBand& band) {
   int present = 0;
@@ -62,7 +55,7 @@ GDALDatasetUniquePtr OpenInput(const std::string& path, const std::vector<std::s
   PrepareGdal();
   const GdalMessages messages;
   GDALDatasetUniquePtr dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR,
-                                                 nullptr, pointers(openOptions).data(), nullptr));
+                                                 nullptr, OptionPointers(openOptions).data(), nullptr));
   if (!dataset)
     throw InputError(path + ": cannot open it as a raster (" + messages.Reason() +
                      "); check name and format");

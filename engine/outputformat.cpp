@@ -3,6 +3,7 @@
 #include "catalogue/arguments.h"
 #include "engine/errors.h"
 #include "engine/gdalerrors.h"
+#include "engine/gdaloptions.h"
 #include "engine/pixeltypes.h"
 
 #include <gdal_priv.h>
@@ -118,12 +119,8 @@ void keepValues(GDALDriver& driver, Options& options) {
 }
 
 void validate(GDALDriver& driver, const std::vector<std::string>& options) {
-  std::vector<const char*> items;
-  for (const std::string& option : options)
-    items.push_back(option.c_str());
-  items.push_back(nullptr);
   const GdalMessages messages;
-  if (!GDALValidateCreationOptions(&driver, items.data()))
+  if (!GDALValidateCreationOptions(&driver, OptionPointers(options).data()))
     throw UsageError("--co: " + messages.Reason() + "; gdalinfo --format " + driver.GetDescription() +
                      " lists the options");
 }

@@ -3,6 +3,7 @@
 #include "catalogue/arguments.h"
 #include "engine/errors.h"
 #include "engine/gdalerrors.h"
+#include "engine/gdaloptions.h"
 #include "engine/pixeltypes.h"
 #include "engine/tileblock.h"
 
@@ -12,14 +13,6 @@
 namespace quent::rasterops::engine {
 
 namespace {
-
-std::vector<const char*> pointers(const std::vector<std::string>& items) {
-  std::vector<const char*> result;
-  for (const std::string& item : items)
-    result.push_back(item.c_str());
-  result.push_back(nullptr);
-  return result;
-}
 
 /// Copying goes through the raster once; more cache would not make it faster.
 constexpr GIntBig copyCache = GIntBig{16} << 20;
@@ -48,7 +41,7 @@ void OutputRaster::create() {
   const GdalMessages messages;
   m_Dataset.reset(m_Format.TileDriver().Create(
       path.c_str(), static_cast<int>(shape.size.width), static_cast<int>(shape.size.height),
-      static_cast<int>(shape.bands), BufferType(shape.type), pointers(m_Format.TileOptions()).data()));
+      static_cast<int>(shape.bands), BufferType(shape.type), OptionPointers(m_Format.TileOptions()).data()));
   if (!m_Dataset || messages.Failed())
     fail(messages.Reason());
   int width = 0;
@@ -214,9 +207,10 @@ void OutputRaster::copy(const Progress& progress) {
     return !stopped;
   };
   constexpr int strict = TRUE; // no approximation by the driver
-  m_Dataset.reset(m_Format.Driver().CreateCopy(m_Temporary.Path().c_str(), source.get(), strict,
-                                               const_cast<char**>(pointers(m_Format.CopyOptions()).data()),
-                                               forward, const_cast<Progress*>(&watch)));
+  m_Dataset.reset(
+      m_Format.Driver().CreateCopy(m_Temporary.Path().c_str(), source.get(), strict,
+                                   const_cast<char**>(OptionPointers(m_Format.CopyOptions()).data()), forward,
+                                   const_cast<Progress*>(&watch)));
   if (stopped)
     throw Cancelled();
   if (!m_Dataset || messages.Failed())
