@@ -48,7 +48,7 @@ template <class Body> class Task {
 public:
   explicit Task(const Body& body) : m_Body(body) {}
   /// oneTBB's own copy is the one that runs: hand over when it is complete.
-  Task(const Task& other) : m_Body(other.m_Body) { taskStart.Give(); }
+  Task(const Task& other) : m_Body(afterEndedTasks(other.m_Body)) { taskStart.Give(); }
   Task& operator=(const Task&) = delete;
 
   void operator()() const {
@@ -61,6 +61,12 @@ private:
   struct AtEnd {
     ~AtEnd() { taskEnd.Give(); }
   };
+
+  /// The copy may be laid where a task that has ended lay before.
+  static const Body& afterEndedTasks(const Body& body) {
+    taskEnd.Take();
+    return body;
+  }
 
   Body m_Body;
 };
