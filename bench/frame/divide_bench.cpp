@@ -29,6 +29,7 @@ void divide(benchmark::State& state, Rbuf_PixelType type) {
   params->SetDividendBlock(dividend);
   params->SetDivisorBlock(divisor);
   params->SetResultBlock(result);
+  divide(params); // touches the result's mask for the first time
   for (auto _ : state)
     benchmark::DoNotOptimize(divide(params));
   const double pixelBytes = static_cast<double>(result->getNumBytes());
